@@ -1,0 +1,7 @@
+#include <kitbag/frame/class_object_map.h>
+
+namespace kitbag {
+
+ClassObjectEntry classObjectMap[] = {{}};
+
+}  // namespace kitbag

@@ -1,0 +1,67 @@
+// The registry's functions in both text forms under one name each.
+#pragma once
+
+#include <windows.h>
+
+namespace kitbag {
+
+inline LSTATUS OpenKey(HKEY parent, const char* path, REGSAM access, HKEY* key) {
+    return ::RegOpenKeyExA(parent, path, 0, access, key);
+}
+inline LSTATUS OpenKey(HKEY parent, const wchar_t* path, REGSAM access, HKEY* key) {
+    return ::RegOpenKeyExW(parent, path, 0, access, key);
+}
+
+inline LSTATUS CreateKey(HKEY parent, const char* path, REGSAM access, HKEY* key) {
+    return ::RegCreateKeyExA(parent, path, 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
+                             key, nullptr);
+}
+inline LSTATUS CreateKey(HKEY parent, const wchar_t* path, REGSAM access, HKEY* key) {
+    return ::RegCreateKeyExW(parent, path, 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
+                             key, nullptr);
+}
+
+inline LSTATUS DeleteKey(HKEY parent, const char* name) { return ::RegDeleteKeyA(parent, name); }
+inline LSTATUS DeleteKey(HKEY parent, const wchar_t* name) { return ::RegDeleteKeyW(parent, name); }
+
+inline LSTATUS EnumerateKeyEx(HKEY key, DWORD index, char* name, DWORD* length) {
+    return ::RegEnumKeyExA(key, index, name, length, nullptr, nullptr, nullptr, nullptr);
+}
+inline LSTATUS EnumerateKeyEx(HKEY key, DWORD index, wchar_t* name, DWORD* length) {
+    return ::RegEnumKeyExW(key, index, name, length, nullptr, nullptr, nullptr, nullptr);
+}
+
+inline LSTATUS EnumerateKey(HKEY key, DWORD index, char* name, DWORD length) {
+    return ::RegEnumKeyA(key, index, name, length);
+}
+inline LSTATUS EnumerateKey(HKEY key, DWORD index, wchar_t* name, DWORD length) {
+    return ::RegEnumKeyW(key, index, name, length);
+}
+
+inline LSTATUS QueryValue(HKEY key, const char* name, DWORD* type, void* data, DWORD* bytes) {
+    return ::RegQueryValueExA(key, name, nullptr, type, static_cast<BYTE*>(data), bytes);
+}
+inline LSTATUS QueryValue(HKEY key, const wchar_t* name, DWORD* type, void* data, DWORD* bytes) {
+    return ::RegQueryValueExW(key, name, nullptr, type, static_cast<BYTE*>(data), bytes);
+}
+
+inline LSTATUS SetValue(HKEY key, const char* name, DWORD type, const void* data, DWORD bytes) {
+    return ::RegSetValueExA(key, name, 0, type, static_cast<const BYTE*>(data), bytes);
+}
+inline LSTATUS SetValue(HKEY key, const wchar_t* name, DWORD type, const void* data, DWORD bytes) {
+    return ::RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), bytes);
+}
+
+inline LSTATUS DeleteValue(HKEY key, const char* name) { return ::RegDeleteValueA(key, name); }
+inline LSTATUS DeleteValue(HKEY key, const wchar_t* name) { return ::RegDeleteValueW(key, name); }
+
+inline LSTATUS EnumerateValue(HKEY key, DWORD index, char* name, DWORD* length, DWORD* type,
+                              BYTE* data, DWORD* bytes) {
+    return ::RegEnumValueA(key, index, name, length, nullptr, type, data, bytes);
+}
+inline LSTATUS EnumerateValue(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD* type,
+                              BYTE* data, DWORD* bytes) {
+    return ::RegEnumValueW(key, index, name, length, nullptr, type, data, bytes);
+}
+
+}  // namespace kitbag

@@ -1,0 +1,8 @@
+// Everything that Kitbag offers its callers, but for the COM interfaces (<kitbag/pages.h>).
+#pragma once
+
+#include <kitbag/frame/os_dependent_function.h>
+#include <kitbag/frame/win_string.h>
+#include <kitbag/registry/dump.h>
+#include <kitbag/registry/tree.h>
+#include <kitbag/registry/values.h>

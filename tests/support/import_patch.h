@@ -1,0 +1,35 @@
+// Replaces one system function in the shipping library, to fake it or to make it fail.
+//
+//     LSTATUS WINAPI Refuse(HKEY, LPCSTR, DWORD, REGSAM, PHKEY) { return ERROR_ACCESS_DENIED; }
+//     ImportPatch patch("RegOpenKeyExA", Refuse);
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace kitbag::test {
+
+/// While it lives, the module's calls of the named import go to another function; only that
+/// module's calls do. A name that is not imported fails the test.
+class ImportPatch {
+ public:
+    template <class Function>
+    ImportPatch(const char* name, Function* fake, const char* module = "Kitbag.dll")
+        : ImportPatch(name, reinterpret_cast<DWORD_PTR>(fake), ::GetModuleHandleA(module)) {}
+    ~ImportPatch();
+    ImportPatch(const ImportPatch&) = delete;
+    ImportPatch& operator=(const ImportPatch&) = delete;
+
+ private:
+    ImportPatch(const char* name, DWORD_PTR fake, HMODULE module);
+
+    DWORD_PTR* slot_;
+    DWORD_PTR original_;
+};
+
+/// The names of everything that the library imports, in its import table's order.
+std::vector<std::string> ImportedNames(const char* module = "Kitbag.dll");
+
+}  // namespace kitbag::test

@@ -1,0 +1,35 @@
+// A folder of the test's own.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+
+namespace kitbag::test {
+
+/// A new empty folder below the system's temporary folder; deleted with its content at the end.
+class TemporaryFolder {
+ public:
+    TemporaryFolder()
+        : path_(std::filesystem::temp_directory_path() /
+                ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' +
+                 std::to_string(++count_))) {
+        std::filesystem::create_directories(path_);
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return path_; }
+    std::filesystem::path operator/(const char* name) const { return path_ / name; }
+
+ private:
+    static inline int count_ = 0;
+    std::filesystem::path path_;
+};
+
+}  // namespace kitbag::test
