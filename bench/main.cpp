@@ -1,0 +1,11 @@
+#include <bench/benches.h>
+#include <tests/support/private_registry.h>
+
+int main() {
+    using namespace kitbag::bench;
+    const kitbag::test::PrivateRegistry registry;
+    std::vector<Result> results;
+    for (const auto measure : {MeasureRegistry, MeasureFrame})
+        for (const Result& result : measure()) results.push_back(result);
+    return Print(results) ? 0 : 1;
+}
