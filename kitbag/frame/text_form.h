@@ -34,7 +34,7 @@ inline std::size_t Length(const wchar_t* text) {
 /// The size in bytes of a number of characters.
 template <class Ch>
 constexpr DWORD BytesOf(std::size_t characters) {
-    return static_cast<DWORD>(characters * sizeof(Ch));
+    return static_cast<DWORD>(characters) * sizeof(Ch);
 }
 
 /// True where the caller may be handed a result of this many bytes.

@@ -26,6 +26,8 @@ class SettingsPath {
  public:
     static constexpr std::size_t kSectionInPlace = 260;
 
+    // The characters behind the terminator are never read.
+    // cppcheck-suppress uninitMemberVar
     explicit SettingsPath(const Ch* section) {
         const std::size_t length = Length(section);
         Ch* end = std::ranges::copy(kSettingsRoot<Ch>, Reserve(length)).out;
