@@ -6,3 +6,4 @@
 #include <kitbag/registry/dump.h>
 #include <kitbag/registry/tree.h>
 #include <kitbag/registry/values.h>
+#include <kitbag/system/system_information.h>
