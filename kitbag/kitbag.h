@@ -1,9 +1,12 @@
 // Everything that Kitbag offers its callers, but for the COM interfaces (<kitbag/pages.h>).
 #pragma once
 
+#include <kitbag/files/unc_translation.h>
 #include <kitbag/frame/os_dependent_function.h>
 #include <kitbag/frame/win_string.h>
 #include <kitbag/registry/dump.h>
 #include <kitbag/registry/tree.h>
 #include <kitbag/registry/values.h>
+#include <kitbag/system/module_tracking.h>
+#include <kitbag/system/module_version.h>
 #include <kitbag/system/system_information.h>
