@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <string>
 #include <vector>
 
 namespace kitbag::test {
@@ -16,19 +15,12 @@ struct StandInShare {
     WORD flags = 0;
 };
 
-/// Windows NT's form of a text.
-inline std::wstring Wide(const char* text) {
-    wchar_t wide[MAX_PATH];
-    ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide, MAX_PATH);
-    return wide;
-}
-
-/// Each stand-in exports one under the name "server"; tests fill it in.
+/// Each stand-in has one under the name "server"; tests fill it in.
 struct StandInServer {
-    const char* name = "PC";
     std::vector<StandInShare> shares;
+    /// How every list of shares ends.
+    DWORD status = 0;
     DWORD nameStatus = 0;
-    DWORD shareStatus = 0;
     /// What the library has not freed yet.
     int buffersHeld = 0;
 };
