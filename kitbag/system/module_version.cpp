@@ -15,7 +15,6 @@ using kitbag::Guarded;
 namespace {
 
 constexpr WORD kWesternCodePage = 1252;
-constexpr DWORD kSignature = 0xfeef04bd;
 
 // After the virtual table: the fixed information, the block, the translation, the file name.
 static_assert(sizeof(CModuleVersion) == 4 + 52 + 4 + 4 + 4);
@@ -58,7 +57,7 @@ bool CModuleVersion::Read() {
         if (const auto* first =
                 Find<Translation>(block_.get(), "\\VarFileInfo\\Translation", sizeof(Translation)))
             translation_ = *first;
-        return dwSignature == kSignature;
+        return dwSignature == VS_FFI_SIGNATURE;
     });
 }
 

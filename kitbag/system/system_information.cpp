@@ -102,8 +102,8 @@ int CpuSpeedOnNt() {
                 processor.Receive()) == ERROR_SUCCESS) {
         int stored = 0;
         DWORD bytes = sizeof stored;
-        // The query's outcome is taken the other way round; callers are tuned to the speeds that
-        // this gives them.
+        // The outcome is taken the other way round: callers rely on a known speed being measured
+        // rather than looked up.
         if (QueryValue(processor.Get(), "~MHz", nullptr, &stored, &bytes) != ERROR_SUCCESS)
             return stored;
     }

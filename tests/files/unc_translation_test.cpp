@@ -67,8 +67,8 @@ class UncTranslation : public testing::Test {
     }
 
     HMODULE library_ = LoadStandIn(Machine::kNt ? "netapi32.dll" : "svrapi.dll");
-    kitbag::test::StandInServer& server_ =
-        *reinterpret_cast<kitbag::test::StandInServer*>(::GetProcAddress(library_, "server"));
+    StandInServer& server_ =
+        *reinterpret_cast<StandInServer*>(::GetProcAddress(library_, "server"));
     std::optional<ImportPatch> windows98_;
     ImportPatch load_{"LoadLibraryA", LoadStandIn};
     kitbag::test::TraceCapture trace_;
@@ -127,9 +127,8 @@ TYPED_TEST(UncTranslation, KeepsWithinTheBuffer) {
     auto* pages = static_cast<BYTE*>(::VirtualAlloc(nullptr, 8192, MEM_RESERVE, PAGE_NOACCESS));
     ::VirtualAlloc(pages, 4096, MEM_COMMIT, PAGE_READWRITE);
     Ch* last = reinterpret_cast<Ch*>(pages + 4096) - 12;
-    EXPECT_EQ(10u, KB(LocalToUNC)(T("C:\\"), last, 12));
-    for (const DWORD size : {13u, 0u, 0x80000001u})
-        EXPECT_EQ(0u, KB(LocalToUNC)(T("C:\\"), last, size));
+    for (const DWORD size : {13u, 0u, 0x80000001u, 12u})
+        EXPECT_EQ(size == 12 ? 10u : 0u, KB(LocalToUNC)(T("C:\\"), last, size));
     ::VirtualFree(pages, 0, MEM_RELEASE);
 }
 
@@ -143,18 +142,14 @@ TYPED_TEST(UncTranslation, TellsWhyNot) {
           {"\\\\PC2\\Media", "Invalid UNC name (no back slash after computer name)"},
           {"\\\\PC\\Medi\\a", "No network share found for given local path"}})
         this->Expect("", KB(UNCToLocal), name, MAX_PATH, {"UNCToLocal: " + std::string(reason)});
-    this->server_ = {{}, 5, 5, 0};
-    const auto on9x = [](std::vector<std::string> trace) {
-        if (TypeParam::kNt) trace.erase(trace.begin());
-        return trace;
-    };
-    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH,
-                 on9x({"GetComputerName: A system error has occurred: 5",
-                       "LocalToUNC: Cannot get computer name"}));
-    this->server_.nameStatus = 0;
-    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH,
-                 on9x({"GetShareListA98ME: A system error has occurred: 5",
-                       "LocalToUNC: No shares found on computer"}));
+
+    this->server_.shares.clear();
+    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH, {"LocalToUNC: No shares found on computer"});
+    this->server_.nameStatus = ERROR_ACCESS_DENIED;
+    std::vector<std::string> trace{"LocalToUNC: Cannot get computer name"};
+    if (!TypeParam::kNt)
+        trace.insert(trace.begin(), "GetComputerName: A system error has occurred: 5");
+    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH, trace);
 }
 
 TYPED_TEST(UncTranslation, NeedsTheNetworkLibrary) {
@@ -177,6 +172,9 @@ TEST_F(UncTranslationOn9x, SurvivesWhatItCannotList) {
     server_.shares[1].path = reinterpret_cast<const char*>(16);
     Expect("\\\\PC\\Other\\x", KB_LocalToUNCA, "D:\\x", MAX_PATH,
            {list + "An access violation has occurred"});
+    server_.sharesStatus = ERROR_ACCESS_DENIED;
+    Expect("", KB_LocalToUNCA, "C:\\", MAX_PATH,
+           {list + "A system error has occurred: 5", "LocalToUNC: No shares found on computer"});
     const ImportPatch noMemory("_ZnajRKSt9nothrow_t", NoMemory);
     Expect("", KB_LocalToUNCA, "C:\\", MAX_PATH,
            {"GetComputerName: Out of memory", "LocalToUNC: Cannot get computer name"});

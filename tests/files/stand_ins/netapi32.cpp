@@ -4,29 +4,27 @@
 // Needs the system's header.
 #include <lm.h>
 
-kitbag::test::StandInServer server;
+StandInServer server;
 
 namespace {
 
 /// The texts go with the buffer, as the system's do.
-template <class Info>
 struct Answer {
-    Info info;
+    union {
+        SHARE_INFO_502 share;
+        SERVER_INFO_100 server;
+    };
     wchar_t name[80];
     wchar_t path[80];
 };
 
-template <class Info>
-Answer<Info>& HandOut(BYTE** buffer) {
+Answer& HandOut(BYTE** buffer, const char* name, const char* path) {
     ++server.buffersHeld;
-    auto* answer = new Answer<Info>{};
+    auto* answer = new Answer{};
     *buffer = reinterpret_cast<BYTE*>(answer);
+    ::MultiByteToWideChar(CP_ACP, 0, name, -1, answer->name, 80);
+    ::MultiByteToWideChar(CP_ACP, 0, path, -1, answer->path, 80);
     return *answer;
-}
-
-wchar_t* Widen(const char* text, wchar_t (&wide)[80]) {
-    ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide, 80);
-    return wide;
 }
 
 }  // namespace
@@ -35,24 +33,23 @@ wchar_t* Widen(const char* text, wchar_t (&wide)[80]) {
 NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWORD* read, DWORD*,
                                    DWORD* resume) {
     *read = level == 502 && *resume < server.shares.size() ? 1 : 0;
-    if (*read == 0) return server.status;
-    const auto& share = server.shares[(*resume)++];
-    auto& answer = HandOut<SHARE_INFO_502>(buffer);
-    answer.info.shi502_netname = Widen(share.name, answer.name);
-    answer.info.shi502_path = Widen(share.path, answer.path);
-    answer.info.shi502_type = share.type;
+    if (*read == 0) return server.sharesStatus;
+    const StandInShare& share = server.shares[(*resume)++];
+    Answer& answer = HandOut(buffer, share.name, share.path);
+    answer.share.shi502_netname = answer.name;
+    answer.share.shi502_path = answer.path;
+    answer.share.shi502_type = share.type;
     return ERROR_MORE_DATA;
 }
 
-NET_API_STATUS WINAPI NetServerGetInfo(LMSTR, DWORD level, BYTE** buffer) {
-    if (server.nameStatus != NERR_Success || level != 100) return server.nameStatus;
-    auto& answer = HandOut<SERVER_INFO_100>(buffer);
-    answer.info.sv100_name = Widen("PC", answer.name);
-    return NERR_Success;
+NET_API_STATUS WINAPI NetServerGetInfo(LMSTR, DWORD, BYTE** buffer) {
+    Answer& answer = HandOut(buffer, "PC", "");
+    answer.server.sv100_name = answer.name;
+    return server.nameStatus;
 }
 
 NET_API_STATUS WINAPI NetApiBufferFree(void* buffer) {
     --server.buffersHeld;
-    ::operator delete(buffer);
+    delete static_cast<Answer*>(buffer);
     return NERR_Success;
 }

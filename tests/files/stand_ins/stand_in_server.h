@@ -5,8 +5,6 @@
 
 #include <vector>
 
-namespace kitbag::test {
-
 struct StandInShare {
     const char* name;
     const char* path;
@@ -18,13 +16,10 @@ struct StandInShare {
 /// Each stand-in has one under the name "server"; tests fill it in.
 struct StandInServer {
     std::vector<StandInShare> shares;
-    /// How every list of shares ends.
-    DWORD status = 0;
+    DWORD sharesStatus = 0;
     DWORD nameStatus = 0;
     /// What the library has not freed yet.
     int buffersHeld = 0;
 };
 
-}  // namespace kitbag::test
-
-extern "C" kitbag::test::StandInServer server;
+extern "C" StandInServer server;

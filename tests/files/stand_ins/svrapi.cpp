@@ -5,29 +5,28 @@
 // Needs the system's header.
 #include <svrapi.h>
 
-#include <cstring>
+StandInServer server;
 
-kitbag::test::StandInServer server;
-
-API_RET_TYPE WINAPI NetShareEnum(const char*, short level, char* buffer, unsigned short size,
-                                 unsigned short* read, unsigned short* total) {
+API_RET_TYPE WINAPI NetShareEnum(const char*, short, char* buffer, USHORT size, USHORT* read,
+                                 USHORT* total) {
     *read = *total = 0;
-    for (const auto& share : server.shares) {
-        ++*total;
-        if (level != 50 || size < *total * sizeof(share_info_50)) continue;
-        auto* entry = reinterpret_cast<share_info_50*>(buffer) + (*read)++;
-        std::strcpy(entry->shi50_netname, share.name);
+    auto* entry = reinterpret_cast<share_info_50*>(buffer);
+    for (const StandInShare& share : server.shares) {
+        if (++*total * sizeof *entry > size) continue;
+        ::lstrcpyA(entry->shi50_netname, share.name);
         entry->shi50_path = const_cast<char*>(share.path);
-        entry->shi50_type = static_cast<unsigned char>(share.type);
+        entry->shi50_type = static_cast<BYTE>(share.type);
         entry->shi50_flags = share.flags;
+        ++entry;
+        ++*read;
     }
-    return server.status;
+    return server.sharesStatus;
 }
 
-API_RET_TYPE WINAPI NetServerGetInfo(const char*, short level, char* buffer, unsigned short size,
-                                     unsigned short* needed) {
+API_RET_TYPE WINAPI NetServerGetInfo(const char*, short, char* buffer, USHORT size,
+                                     USHORT* needed) {
     *needed = sizeof(server_info_1);
-    if (level != 1 || !buffer || size < *needed) return NERR_BufTooSmall;
-    std::strcpy(buffer, "PC");
+    if (!buffer || size < *needed) return NERR_BufTooSmall;
+    ::lstrcpyA(buffer, "PC");
     return server.nameStatus;
 }
