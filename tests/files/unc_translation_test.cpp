@@ -2,7 +2,6 @@
 #include <kitbag/files/unc_translation.h>
 #include <tests/files/stand_ins/stand_in_server.h>
 #include <tests/support/import_patch.h>
-#include <tests/support/text_forms.h>
 #include <tests/support/trace_capture.h>
 
 #include <new>
@@ -11,7 +10,7 @@
 namespace {
 
 using kitbag::test::ImportPatch;
-using kitbag::test::Text;
+using Lines = std::vector<std::string>;
 
 BOOL WINAPI Windows98(OSVERSIONINFOA* version) {
     version->dwPlatformId = VER_PLATFORM_WIN32_WINDOWS;
@@ -23,161 +22,143 @@ HMODULE WINAPI LoadStandIn(LPCSTR library) {
 HMODULE WINAPI LoadNothing(LPCSTR) { return nullptr; }
 void* NoMemory(std::size_t, const std::nothrow_t&) { return nullptr; }
 
-template <class Ch>
-Text<Ch> InForm(const char* text) {
-    Ch form[MAX_PATH];
-    if constexpr (sizeof(Ch) == 1)
-        ::lstrcpyA(form, text);
-    else
-        ::MultiByteToWideChar(CP_ACP, 0, text, -1, form, MAX_PATH);
-    return form;
+std::wstring Widen(const std::string& text) {
+    const int length = static_cast<int>(text.size());
+    std::wstring wide(text.size(), L'\0');
+    ::MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length);
+    return wide;
 }
 
-template <class TextForm, bool nt>
-struct Machine {
-    using Form = TextForm;
-    static constexpr bool kNt = nt;
-};
-
-/// Both forms of the functions on a machine with stand-ins of its network libraries.
-template <class Machine>
-class UncTranslation : public testing::Test {
+/// Both forms of the functions, with stand-ins of the network libraries of NT (true) and 9x.
+class UncTranslation : public testing::TestWithParam<bool> {
  protected:
-    using Form = typename Machine::Form;
-
     UncTranslation() {
-        if (!Machine::kNt) windows98_.emplace("GetVersionExA", Windows98);
+        if (!GetParam()) windows98_.emplace("GetVersionExA", Windows98);
     }
     ~UncTranslation() override { EXPECT_EQ(0, server_.buffersHeld); }
 
-    /// Expects this text, with its terminator where there is room, and nothing written behind it,
-    /// and these trace lines; an empty text stands for a failure.
-    void Expect(const char* result, DWORD (*translate)(const Form*, Form*, DWORD), const char* text,
-                DWORD size = MAX_PATH, std::vector<std::string> trace = {}) {
-        SCOPED_TRACE(text);
-        const Text<Form> expected = InForm<Form>(result);
-        Text<Form> written(MAX_PATH, Form{'#'});
-        Text<Form> buffer = written;
-        EXPECT_EQ(expected.size(), translate(InForm<Form>(text).c_str(), buffer.data(), size));
-        written.replace(0, expected.size(), expected);
-        if (!expected.empty() && expected.size() < size) written[expected.size()] = Form{};
-        EXPECT_EQ(written, buffer);
+    /// Expect this text, with its terminator where there is room, nothing written behind it, and
+    /// these trace lines; an empty text stands for a failure.
+    void ToUnc(const char* name, const char* path, DWORD size = MAX_PATH, Lines trace = {}) {
+        Expect(KB_LocalToUNCA, path, size, name, trace);
+        Expect(KB_LocalToUNCW, Widen(path), size, Widen(name), trace);
+    }
+    void ToLocal(const char* path, const char* name, DWORD size = MAX_PATH, Lines trace = {}) {
+        Expect(KB_UNCToLocalA, name, size, path, trace);
+        Expect(KB_UNCToLocalW, Widen(name), size, Widen(path), trace);
+    }
+
+    HMODULE library_ = LoadStandIn(GetParam() ? "netapi32.dll" : "svrapi.dll");
+    StandInServer& server_ =
+        *reinterpret_cast<StandInServer*>(::GetProcAddress(library_, "server"));
+
+ private:
+    template <class Ch, class String = std::basic_string<Ch>>
+    void Expect(DWORD (*translate)(const Ch*, Ch*, DWORD), const std::type_identity_t<String>& text,
+                DWORD size, const std::type_identity_t<String>& result, Lines trace) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        String buffer(MAX_PATH, Ch{'#'});
+        String expected = buffer;
+        expected.replace(0, result.size(), result);
+        if (!result.empty() && result.size() < size) expected[result.size()] = Ch{};
+        EXPECT_EQ(result.size(), translate(text.c_str(), buffer.data(), size));
+        EXPECT_EQ(expected, buffer);
         for (std::string& line : trace) line += '\n';
         trace_.Expect(trace);
     }
 
-    HMODULE library_ = LoadStandIn(Machine::kNt ? "netapi32.dll" : "svrapi.dll");
-    StandInServer& server_ =
-        *reinterpret_cast<StandInServer*>(::GetProcAddress(library_, "server"));
     std::optional<ImportPatch> windows98_;
     ImportPatch load_{"LoadLibraryA", LoadStandIn};
     kitbag::test::TraceCapture trace_;
 };
-using Machines = testing::Types<Machine<char, true>, Machine<wchar_t, true>, Machine<char, false>,
-                                Machine<wchar_t, false>>;
-TYPED_TEST_SUITE(UncTranslation, Machines);
+INSTANTIATE_TEST_SUITE_P(NtAnd9x, UncTranslation, testing::Bool());
 
-TYPED_TEST(UncTranslation, GoesByTheMostSpecificShare) {
-    using Ch = typename TypeParam::Form;
-    this->server_.shares = {{"Root", "C:\\"},
-                            {"Media", "C:\\Media"},
-                            {"Later", "C:\\Media"},
-                            {"Clips", "C:\\Data"},
-                            {"small", "E:\\share"},
-                            {"LARGE", "E:\\SHARE"},
-                            {"\xc4", "D:\\\xd6"},
-                            {"Print", "C:\\Media\\a", 1},
-                            {"C$", "C:\\Media\\", TypeParam::kNt ? 0x80000000 : 0, 0x200}};
-    const auto toUnc = KB(LocalToUNC);
-    this->Expect("\\\\PC\\Media\\a.mpg", toUnc, "C:\\Media\\a.mpg");
-    this->Expect("\\\\PC\\Media", toUnc, "c:\\MEDIA");
-    this->Expect("\\\\PC\\Root\\Other\\b", toUnc, "C:\\Other\\b");
-    this->Expect("\\\\PC\\Root\\", toUnc, "C:\\");
-    this->Expect("\\\\PC\\Clipsbase\\x", toUnc, "C:\\Database\\x");
-    this->Expect("\\\\PC\\LARGE\\x", toUnc, "e:\\share\\x");
-    this->Expect("\\\\PC\\\xc4\\x", toUnc, "d:\\\xf6\\x");
-    const auto toLocal = KB(UNCToLocal);
-    this->Expect("C:\\Media\\a.mpg", toLocal, "\\\\pc\\media\\a.mpg");
-    this->Expect("C:\\Media", toLocal, "\\\\PC\\Media");
-    this->Expect("C:\\x", toLocal, "\\\\PC\\Root\\x");
-    this->Expect("C:\\", toLocal, "\\\\PC\\Root");
-    this->Expect("D:\\\xd6\\x", toLocal, "\\\\PC\\\xe4\\x");
+TEST_P(UncTranslation, GoesByTheMostSpecificShare) {
+    server_.shares = {{"Root", "C:\\"},
+                      {"Media", "C:\\Media"},
+                      {"Later", "C:\\Media"},
+                      {"Clips", "C:\\Data"},
+                      {"small", "E:\\share"},
+                      {"LARGE", "E:\\SHARE"},
+                      {"\xc4", "D:\\\xd6"},
+                      {"Print", "C:\\Media\\a", 1},
+                      {"C$", "C:\\Media\\", GetParam() ? 0x80000000 : 0, 0x200}};
+    ToUnc("\\\\PC\\Media\\a.mpg", "C:\\Media\\a.mpg");
+    ToUnc("\\\\PC\\Media", "c:\\MEDIA");
+    ToUnc("\\\\PC\\Root\\Other\\b", "C:\\Other\\b");
+    ToUnc("\\\\PC\\Root\\", "C:\\");
+    ToUnc("\\\\PC\\Clipsbase\\x", "C:\\Database\\x");
+    ToUnc("\\\\PC\\LARGE\\x", "e:\\share\\x");
+    ToUnc("\\\\PC\\\xc4\\x", "d:\\\xf6\\x");
+    ToLocal("C:\\Media\\a.mpg", "\\\\pc\\media\\a.mpg");
+    ToLocal("C:\\Media", "\\\\PC\\Media");
+    ToLocal("C:\\x", "\\\\PC\\Root\\x");
+    ToLocal("C:\\", "\\\\PC\\Root");
+    ToLocal("D:\\\xd6\\x", "\\\\PC\\\xe4\\x");
     // No share's name is needed where nothing follows, and several may follow one another.
-    this->Expect("C:\\Media", toLocal, "\\\\PC\\");
-    this->Expect("C:\\Data\\x", toLocal, "\\\\PC\\MediaClips\\x");
+    ToLocal("C:\\Media", "\\\\PC\\");
+    ToLocal("C:\\Data\\x", "\\\\PC\\MediaClips\\x");
 }
 
-TYPED_TEST(UncTranslation, KeepsWithinTheBuffer) {
-    using Ch = typename TypeParam::Form;
-    this->server_.shares = {{"Root", "C:\\"}, {"Records", "C:\\Rec"}};
+TEST_P(UncTranslation, KeepsWithinTheBuffer) {
+    server_.shares = {{"Root", "C:\\"}, {"Recordings", "C:\\Rec"}};
     const std::string small = "LocalToUNC: output buffer too small ";
-    const auto none = "LocalToUNC: No network share found for given local path";
-    this->Expect("\\\\PC\\Records\\x", KB(LocalToUNC), "C:\\Rec\\x", 15);
-    this->server_.shares[1].name = "Recordings";
-    this->Expect("\\\\PC\\Root\\Rec\\x", KB(LocalToUNC), "C:\\Rec\\x", 15,
-                 {small + "(17 required, 15 provided)"});
-    this->Expect(
-        "", KB(LocalToUNC), "C:\\Rec\\x", 14,
-        {small + "(17 required, 14 provided)", small + "(14 required, 14 provided)", none});
+    ToUnc("\\\\PC\\Recordings\\x", "C:\\Rec\\x", 18);
+    ToUnc("\\\\PC\\Root\\Rec\\x", "C:\\Rec\\x", 15, {small + "(17 required, 15 provided)"});
+    ToUnc("", "C:\\Rec\\x", 14,
+          {small + "(17 required, 14 provided)", small + "(14 required, 14 provided)",
+           "LocalToUNC: No network share found for given local path"});
     // The share's name stays taken off for the drive's share.
-    this->Expect("C:\\x", KB(UNCToLocal), "\\\\PC\\Recordings\\x", 8,
-                 {"UNCToLocal: output buffer too small (8 required, 8 provided)"});
+    ToLocal("C:\\x", "\\\\PC\\Recordings\\x", 8,
+            {"UNCToLocal: output buffer too small (8 required, 8 provided)"});
 
     // The size counts characters, and all of them must be writable.
     auto* pages = static_cast<BYTE*>(::VirtualAlloc(nullptr, 8192, MEM_RESERVE, PAGE_NOACCESS));
     ::VirtualAlloc(pages, 4096, MEM_COMMIT, PAGE_READWRITE);
-    Ch* last = reinterpret_cast<Ch*>(pages + 4096) - 12;
+    wchar_t* last = reinterpret_cast<wchar_t*>(pages + 4096) - 12;
     for (const DWORD size : {13u, 0u, 0x80000001u, 12u})
-        EXPECT_EQ(size == 12 ? 10u : 0u, KB(LocalToUNC)(T("C:\\"), last, size));
+        EXPECT_EQ(size == 12 ? 10u : 0u, KB_LocalToUNCW(L"C:\\", last, size));
     ::VirtualFree(pages, 0, MEM_RELEASE);
 }
 
-TYPED_TEST(UncTranslation, TellsWhyNot) {
-    using Ch = typename TypeParam::Form;
-    this->server_.shares = {{"Media", "C:\\Media"}};
+TEST_P(UncTranslation, TellsWhyNot) {
+    server_.shares = {{"Media", "C:\\Media"}};
     for (const auto& [name, reason] :
          {std::pair{"", "Invalid or empty parameters passed in"},
           {"\\PC\\Media", "Invalid UNC name (no double opening back slashes)"},
           {"\\\\OTHER\\x", "UNC not on local computer (wrong computer name)"},
           {"\\\\PC2\\Media", "Invalid UNC name (no back slash after computer name)"},
           {"\\\\PC\\Medi\\a", "No network share found for given local path"}})
-        this->Expect("", KB(UNCToLocal), name, MAX_PATH, {"UNCToLocal: " + std::string(reason)});
-
-    this->server_.shares.clear();
-    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH, {"LocalToUNC: No shares found on computer"});
-    this->server_.nameStatus = ERROR_ACCESS_DENIED;
-    std::vector<std::string> trace{"LocalToUNC: Cannot get computer name"};
-    if (!TypeParam::kNt)
-        trace.insert(trace.begin(), "GetComputerName: A system error has occurred: 5");
-    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH, trace);
+        ToLocal("", name, MAX_PATH, {"UNCToLocal: " + std::string(reason)});
+    server_.shares.clear();
+    ToUnc("", "C:\\", MAX_PATH, {"LocalToUNC: No shares found on computer"});
 }
 
-TYPED_TEST(UncTranslation, NeedsTheNetworkLibrary) {
-    using Ch = typename TypeParam::Form;
+TEST_P(UncTranslation, NeedsTheNetworkLibrary) {
     EXPECT_THAT(kitbag::test::ImportedNames(),
                 testing::Each(testing::Not(testing::StartsWith("Net"))));
     const ImportPatch missing("LoadLibraryA", LoadNothing);
-    this->Expect("", KB(LocalToUNC), "C:\\", MAX_PATH, {"LocalToUNC: Cannot get computer name"});
+    ToUnc("", "C:\\", MAX_PATH, {"LocalToUNC: Cannot get computer name"});
 }
 
-using UncTranslationOn9x = UncTranslation<Machine<char, false>>;
+class UncTranslationOn9x : public UncTranslation {};
+INSTANTIATE_TEST_SUITE_P(Only, UncTranslationOn9x, testing::Values(false));
 
-TEST_F(UncTranslationOn9x, SurvivesWhatItCannotList) {
+TEST_P(UncTranslationOn9x, SurvivesWhatItCannotList) {
     const std::string list = "GetShareListA98ME: ";
     server_.shares.assign(20, {"Other", "D:\\"});
     server_.shares.push_back({"Root", "C:\\"});
-    Expect("", KB_LocalToUNCA, "C:\\x", MAX_PATH,
-           {list + "Not all entries have been enumerated",
-            "LocalToUNC: No network share found for given local path"});
+    ToUnc("", "C:\\x", MAX_PATH,
+          {list + "Not all entries have been enumerated",
+           "LocalToUNC: No network share found for given local path"});
     server_.shares[1].path = reinterpret_cast<const char*>(16);
-    Expect("\\\\PC\\Other\\x", KB_LocalToUNCA, "D:\\x", MAX_PATH,
-           {list + "An access violation has occurred"});
-    server_.sharesStatus = ERROR_ACCESS_DENIED;
-    Expect("", KB_LocalToUNCA, "C:\\", MAX_PATH,
-           {list + "A system error has occurred: 5", "LocalToUNC: No shares found on computer"});
+    ToUnc("\\\\PC\\Other\\x", "D:\\x", MAX_PATH, {list + "An access violation has occurred"});
+    server_.status = ERROR_ACCESS_DENIED;
+    ToUnc("", "C:\\", MAX_PATH,
+          {list + "A system error has occurred: 5", "LocalToUNC: No shares found on computer"});
     const ImportPatch noMemory("_ZnajRKSt9nothrow_t", NoMemory);
-    Expect("", KB_LocalToUNCA, "C:\\", MAX_PATH,
-           {"GetComputerName: Out of memory", "LocalToUNC: Cannot get computer name"});
+    ToUnc("", "C:\\", MAX_PATH,
+          {"GetComputerName: Out of memory", "LocalToUNC: Cannot get computer name"});
 }
 
 }  // namespace

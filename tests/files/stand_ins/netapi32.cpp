@@ -33,7 +33,7 @@ Answer& HandOut(BYTE** buffer, const char* name, const char* path) {
 NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWORD* read, DWORD*,
                                    DWORD* resume) {
     *read = level == 502 && *resume < server.shares.size() ? 1 : 0;
-    if (*read == 0) return server.sharesStatus;
+    if (*read == 0) return server.status;
     const StandInShare& share = server.shares[(*resume)++];
     Answer& answer = HandOut(buffer, share.name, share.path);
     answer.share.shi502_netname = answer.name;
@@ -45,7 +45,7 @@ NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWO
 NET_API_STATUS WINAPI NetServerGetInfo(LMSTR, DWORD, BYTE** buffer) {
     Answer& answer = HandOut(buffer, "PC", "");
     answer.server.sv100_name = answer.name;
-    return server.nameStatus;
+    return NERR_Success;
 }
 
 NET_API_STATUS WINAPI NetApiBufferFree(void* buffer) {

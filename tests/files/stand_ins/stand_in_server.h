@@ -16,8 +16,8 @@ struct StandInShare {
 /// Each stand-in has one under the name "server"; tests fill it in.
 struct StandInServer {
     std::vector<StandInShare> shares;
-    DWORD sharesStatus = 0;
-    DWORD nameStatus = 0;
+    /// How the list of shares ends.
+    DWORD status = 0;
     /// What the library has not freed yet.
     int buffersHeld = 0;
 };

@@ -20,7 +20,7 @@ API_RET_TYPE WINAPI NetShareEnum(const char*, short, char* buffer, USHORT size, 
         ++entry;
         ++*read;
     }
-    return server.sharesStatus;
+    return server.status;
 }
 
 API_RET_TYPE WINAPI NetServerGetInfo(const char*, short, char* buffer, USHORT size,
@@ -28,5 +28,5 @@ API_RET_TYPE WINAPI NetServerGetInfo(const char*, short, char* buffer, USHORT si
     *needed = sizeof(server_info_1);
     if (!buffer || size < *needed) return NERR_BufTooSmall;
     ::lstrcpyA(buffer, "PC");
-    return server.nameStatus;
+    return NERR_Success;
 }
