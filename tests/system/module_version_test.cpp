@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 #include <kitbag/system/module_version.h>
+#include <oleauto.h>
 #include <tests/support/import_patch.h>
 
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace {
 

@@ -8,23 +8,10 @@ StandInServer server;
 
 namespace {
 
-/// The texts go with the buffer, as the system's do.
-struct Answer {
-    union {
-        SHARE_INFO_502 share;
-        SERVER_INFO_100 server;
-    };
-    wchar_t name[80];
-    wchar_t path[80];
-};
-
-Answer& HandOut(BYTE** buffer, const char* name, const char* path) {
+template <class Info>
+void HandOut(const Info& info, BYTE** buffer) {
     ++server.buffersHeld;
-    auto* answer = new Answer{};
-    *buffer = reinterpret_cast<BYTE*>(answer);
-    ::MultiByteToWideChar(CP_ACP, 0, name, -1, answer->name, 80);
-    ::MultiByteToWideChar(CP_ACP, 0, path, -1, answer->path, 80);
-    return *answer;
+    *buffer = reinterpret_cast<BYTE*>(new Info(info));
 }
 
 }  // namespace
@@ -35,21 +22,21 @@ NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWO
     *read = level == 502 && *resume < server.shares.size() ? 1 : 0;
     if (*read == 0) return server.status;
     const StandInShare& share = server.shares[(*resume)++];
-    Answer& answer = HandOut(buffer, share.name, share.path);
-    answer.share.shi502_netname = answer.name;
-    answer.share.shi502_path = answer.path;
-    answer.share.shi502_type = share.type;
+    static wchar_t name[80], path[80];
+    ::MultiByteToWideChar(CP_ACP, 0, share.name, -1, name, 80);
+    ::MultiByteToWideChar(CP_ACP, 0, share.path, -1, path, 80);
+    HandOut(SHARE_INFO_502{name, share.type, nullptr, 7, 0, 0, path, nullptr, 0, nullptr}, buffer);
     return ERROR_MORE_DATA;
 }
 
 NET_API_STATUS WINAPI NetServerGetInfo(LMSTR, DWORD, BYTE** buffer) {
-    Answer& answer = HandOut(buffer, "PC", "");
-    answer.server.sv100_name = answer.name;
+    static wchar_t name[] = L"PC";
+    HandOut(SERVER_INFO_100{0, name}, buffer);
     return NERR_Success;
 }
 
 NET_API_STATUS WINAPI NetApiBufferFree(void* buffer) {
     --server.buffersHeld;
-    delete static_cast<Answer*>(buffer);
+    ::operator delete(buffer);
     return NERR_Success;
 }
