@@ -49,6 +49,8 @@ bool CModuleVersion::Read() {
         fixed = {};
         translation_.codePage = kWesternCodePage;
 
+        // Lost, not freed: callers may hold texts that an earlier call has read.
+        static_cast<void>(block_.release());
         block_ = ReadBlock(file_);
         if (!block_) return false;
         const auto* stored = Find<VS_FIXEDFILEINFO>(block_.get(), "\\", sizeof fixed);

@@ -1,8 +1,8 @@
 // The version resources of modules.
 //
 //     DWORD major, minor, build;
-//     if (KB_GetMemModuleVersion(nullptr, &major, &minor, &build)) ShowVersion(major, minor,
-//     build);
+//     if (KB_GetMemModuleVersion(nullptr, &major, &minor, &build))
+//         ShowVersion(major, minor, build);
 //
 // Nothing is kept between calls: any thread may call the plain functions at any time.
 #pragma once
@@ -31,7 +31,8 @@ class KITBAG_API CModuleVersion : public VS_FIXEDFILEINFO {
     /// page are those of the first entry of the resource's translation table, or 0 and 1252 where
     /// there is none.
     ///
-    /// Meant to be called once: a second call releases what the first has read.
+    /// Meant to be called once: what a first call has read is lost by a second one and stays
+    /// allocated, since callers may hold texts in it.
     bool Read();
 
     /// The string with this name ("CompanyName") in the resource's language; null where there is
