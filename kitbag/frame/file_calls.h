@@ -1,0 +1,68 @@
+// The file system's functions in both text forms under one name each.
+#pragma once
+
+#include <windows.h>
+
+#include <type_traits>
+
+namespace kitbag {
+
+inline DWORD AttributesOf(const char* path) { return ::GetFileAttributesA(path); }
+inline DWORD AttributesOf(const wchar_t* path) { return ::GetFileAttributesW(path); }
+
+inline bool IsFolder(DWORD attributes) {
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+inline BOOL MakeFolder(const char* path) { return ::CreateDirectoryA(path, nullptr); }
+inline BOOL MakeFolder(const wchar_t* path) { return ::CreateDirectoryW(path, nullptr); }
+
+inline BOOL RemoveFolder(const char* path) { return ::RemoveDirectoryA(path); }
+inline BOOL RemoveFolder(const wchar_t* path) { return ::RemoveDirectoryW(path); }
+
+inline BOOL CopyOneFile(const char* source, const char* destination, BOOL failIfExists) {
+    return ::CopyFileA(source, destination, failIfExists);
+}
+inline BOOL CopyOneFile(const wchar_t* source, const wchar_t* destination, BOOL failIfExists) {
+    return ::CopyFileW(source, destination, failIfExists);
+}
+
+inline BOOL DeleteOneFile(const char* path) { return ::DeleteFileA(path); }
+inline BOOL DeleteOneFile(const wchar_t* path) { return ::DeleteFileW(path); }
+
+template <class Ch>
+using FindData = std::conditional_t<std::is_same_v<Ch, char>, WIN32_FIND_DATAA, WIN32_FIND_DATAW>;
+
+inline HANDLE FindFirst(const char* pattern, FindData<char>* found) {
+    return ::FindFirstFileA(pattern, found);
+}
+inline HANDLE FindFirst(const wchar_t* pattern, FindData<wchar_t>* found) {
+    return ::FindFirstFileW(pattern, found);
+}
+inline BOOL FindNext(HANDLE search, FindData<char>* found) {
+    return ::FindNextFileA(search, found);
+}
+inline BOOL FindNext(HANDLE search, FindData<wchar_t>* found) {
+    return ::FindNextFileW(search, found);
+}
+
+inline DWORD CurrentFolder(DWORD size, char* path) { return ::GetCurrentDirectoryA(size, path); }
+inline DWORD CurrentFolder(DWORD size, wchar_t* path) { return ::GetCurrentDirectoryW(size, path); }
+
+/// The file that a module was loaded from; a null module is the process's executable.
+inline DWORD ModuleFile(HMODULE module, char* path, DWORD size) {
+    return ::GetModuleFileNameA(module, path, size);
+}
+inline DWORD ModuleFile(HMODULE module, wchar_t* path, DWORD size) {
+    return ::GetModuleFileNameW(module, path, size);
+}
+
+/// A text of a module's string table.
+inline int LoadText(HMODULE module, UINT id, char* text, int size) {
+    return ::LoadStringA(module, id, text, size);
+}
+inline int LoadText(HMODULE module, UINT id, wchar_t* text, int size) {
+    return ::LoadStringW(module, id, text, size);
+}
+
+}  // namespace kitbag
