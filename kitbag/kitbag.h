@@ -2,8 +2,10 @@
 #pragma once
 
 #include <kitbag/files/unc_translation.h>
+#include <kitbag/files/folder_dialog.h>
 #include <kitbag/files/names.h>
 #include <kitbag/files/paths.h>
+#include <kitbag/files/shell_link.h>
 #include <kitbag/frame/os_dependent_function.h>
 #include <kitbag/frame/win_string.h>
 #include <kitbag/registry/dump.h>
