@@ -8,6 +8,7 @@
 #include <kitbag/files/shell_link.h>
 #include <kitbag/frame/os_dependent_function.h>
 #include <kitbag/frame/win_string.h>
+#include <kitbag/registry/directories.h>
 #include <kitbag/registry/dump.h>
 #include <kitbag/registry/tree.h>
 #include <kitbag/registry/values.h>

@@ -25,6 +25,15 @@ constexpr auto& PickText(const char (&narrow)[n], const wchar_t (&wide)[n]) {
 }
 #define KITBAG_TEXT(Ch, literal) (::kitbag::PickText<Ch>(literal, L##literal))
 
+/// Of two parallel functions, the one for the text form of Ch.
+template <class Ch, class Narrow, class Wide>
+constexpr auto PickForm(Narrow* narrow, Wide* wide) {
+    if constexpr (std::is_same_v<Ch, char>)
+        return narrow;
+    else
+        return wide;
+}
+
 /// The characters before the terminator; 0 for a null text.
 inline std::size_t Length(const char* text) { return static_cast<std::size_t>(::lstrlenA(text)); }
 inline std::size_t Length(const wchar_t* text) {

@@ -1,0 +1,238 @@
+#include <kitbag/files/folder_dialog.h>
+#include <kitbag/files/paths.h>
+#include <kitbag/files/shell_link.h>
+#include <kitbag/frame/file_calls.h>
+#include <kitbag/frame/guard.h>
+#include <kitbag/frame/module_base.h>
+#include <kitbag/frame/resource_ids.h>
+#include <kitbag/frame/text_form.h>
+#include <kitbag/registry/directories.h>
+#include <kitbag/registry/tree.h>
+#include <kitbag/registry/values.h>
+
+#include <atomic>
+#include <string>
+
+namespace kitbag {
+
+namespace {
+
+constexpr int kPromptSize = 1040;
+
+template <class Ch>
+constexpr auto& kSection = KITBAG_TEXT(Ch, "Directories");
+
+/// A directory whose getter does something about its absence, on its first call in the process: it
+/// creates a default or, failing that, shows the prompt.
+template <class Ch>
+struct Directory {
+    const Ch* kind;
+    UINT prompt;
+    bool createsDefault;
+    std::atomic<bool> wasAskedFor = false;
+};
+
+template <class Ch>
+constinit Directory<Ch> configDirectory{KITBAG_TEXT(Ch, "Config"), KITBAG_STRING_CONFIG_PROMPT,
+                                        false};
+template <class Ch>
+constinit Directory<Ch> dataDirectory{KITBAG_TEXT(Ch, "Data"), KITBAG_STRING_DATA_PROMPT, true};
+template <class Ch>
+constinit Directory<Ch> docDirectory{KITBAG_TEXT(Ch, "Docs"), KITBAG_STRING_DOCS_PROMPT, false};
+
+template <class Ch>
+constexpr auto& kSkinKind = KITBAG_TEXT(Ch, "Skin");
+
+template <class Ch>
+std::basic_string<Ch> ValueName(const Ch* kind) {
+    return std::basic_string<Ch>(kind) + KITBAG_TEXT(Ch, " Directory");
+}
+
+template <class Ch>
+bool Remember(const Ch* kind, const StringOf<Ch>& directory) {
+    return PickForm<Ch>(KB_SetTStringA, KB_SetTStringW)(kSection<Ch>, ValueName(kind).c_str(),
+                                                        directory);
+}
+
+template <class Ch>
+std::basic_string<Ch> WithBackslash(std::basic_string<Ch> path) {
+    if (!path.empty() && path.back() != '\\') path += '\\';
+    return path;
+}
+
+/// Creates the whole path, its last folder included.
+template <class Ch>
+bool CreateFolders(const std::basic_string<Ch>& path) {
+    return !path.empty() &&
+           PickForm<Ch>(KB_CreatePathA, KB_CreatePathW)(WithBackslash(path).c_str());
+}
+
+template <class Ch>
+bool FindRemembered(const Ch* kind, StringOf<Ch>& directory, bool create) {
+    const auto name = ValueName(kind);
+    if (!PickForm<Ch>(KB_GetTStringA, KB_GetTStringW)(kSection<Ch>, name.c_str(), directory))
+        return false;
+    directory = directory.c_str();  // without a second terminator that another program stored
+    const DWORD attributes = AttributesOf(directory.c_str());
+    const bool isMissing = attributes == INVALID_FILE_ATTRIBUTES;
+    if (IsFolder(attributes) || (isMissing && create && CreateFolders<Ch>(directory))) {
+        directory = WithBackslash<Ch>(directory);
+        return true;
+    }
+    PickForm<Ch>(KB_DeleteValueA, KB_DeleteValueW)(kSection<Ch>, name.c_str());
+    return false;
+}
+
+/// The folder that a module was loaded from, with its backslash; empty where the system cannot
+/// tell.
+template <class Ch>
+std::basic_string<Ch> FolderOf(HMODULE module) {
+    Ch path[MAX_PATH];
+    const DWORD length = ModuleFile(module, path, MAX_PATH);
+    if (length >= MAX_PATH) return {};
+    const std::basic_string<Ch> file(path, length);
+    return file.substr(0, file.rfind('\\') + 1);
+}
+
+/// Follows a shell link to a folder. The 16-bit form gets the target as 8-bit text in its 16-bit
+/// buffer and follows it only as far as that goes.
+template <class Ch>
+bool FollowLink(const std::basic_string<Ch>& link, StringOf<Ch>& directory) {
+    Ch target[MAX_PATH] = {};
+    if (AttributesOf(link.c_str()) == INVALID_FILE_ATTRIBUTES ||
+        !PickForm<Ch>(KB_GetLinkInfoA, KB_GetLinkInfoW)(link.c_str(), target, nullptr) ||
+        !IsFolder(AttributesOf(target)))
+        return false;
+    directory = WithBackslash<Ch>(target);
+    return true;
+}
+
+template <class Ch>
+bool FindUpward(const Ch* kind, StringOf<Ch>& directory) {
+    for (auto folder = FolderOf<Ch>(nullptr); !folder.empty();) {
+        const auto candidate = folder + kind;
+        if (IsFolder(AttributesOf(candidate.c_str()))) {
+            directory = WithBackslash(candidate);
+            return true;
+        }
+        // The link's name holds the word twice (ConfigConfig.lnk): installed links are called so.
+        if (FollowLink<Ch>(candidate + kind + KITBAG_TEXT(Ch, ".lnk"), directory)) return true;
+        folder.pop_back();
+        folder.resize(folder.rfind('\\') + 1);
+    }
+    return false;
+}
+
+template <class Ch>
+bool CreateBesideLibrary(const Ch* kind, StringOf<Ch>& directory) {
+    const auto folder = FolderOf<Ch>(ModuleBase());
+    if (folder.empty()) return false;
+    directory = WithBackslash(folder + kind);
+    // Remembered even where it cannot be created: the setter's result is the answer.
+    CreateFolders<Ch>(directory);
+    return Remember(kind, directory);
+}
+
+template <class Ch>
+bool AskUser(const Ch* kind, StringOf<Ch>& directory, const Ch* prompt) {
+    Ch chosen[MAX_PATH] = {};
+    if (!PickForm<Ch>(KB_BrowseForFolderA, KB_BrowseForFolderW)(chosen, prompt)) return false;
+    directory = WithBackslash<Ch>(chosen);
+    return Remember(kind, directory);
+}
+
+template <class Ch>
+bool FindExisting(const Ch* kind, StringOf<Ch>& directory, bool create = false) {
+    return FindRemembered(kind, directory, create) || FindUpward(kind, directory);
+}
+
+template <class Ch>
+bool FindCreateOrAsk(const Directory<Ch>& known, StringOf<Ch>& directory) {
+    if (FindExisting(known.kind, directory, known.createsDefault)) return true;
+    if (known.createsDefault) return CreateBesideLibrary(known.kind, directory);
+    Ch prompt[kPromptSize] = {};
+    LoadText(ModuleBase(), known.prompt, prompt, kPromptSize);
+    return AskUser(known.kind, directory, prompt);
+}
+
+template <class Ch>
+bool GetDirectory(Directory<Ch>& known, StringOf<Ch>& directory) {
+    const bool isFirstCall = !known.wasAskedFor.exchange(true);
+    return isFirstCall ? FindCreateOrAsk(known, directory) : FindExisting(known.kind, directory);
+}
+
+}  // namespace
+
+}  // namespace kitbag
+
+using kitbag::Guarded;
+
+bool KB_GetConfigDirectoryA(TWinString<char>& directory) {
+    return Guarded([&] { return kitbag::GetDirectory(kitbag::configDirectory<char>, directory); });
+}
+bool KB_GetConfigDirectoryW(std::wstring& directory) {
+    return Guarded(
+        [&] { return kitbag::GetDirectory(kitbag::configDirectory<wchar_t>, directory); });
+}
+
+bool KB_GetDataDirectoryA(TWinString<char>& directory) {
+    return Guarded([&] { return kitbag::GetDirectory(kitbag::dataDirectory<char>, directory); });
+}
+bool KB_GetDataDirectoryW(std::wstring& directory) {
+    return Guarded([&] { return kitbag::GetDirectory(kitbag::dataDirectory<wchar_t>, directory); });
+}
+
+bool KB_GetDocDirectoryA(TWinString<char>& directory) {
+    return Guarded([&] { return kitbag::GetDirectory(kitbag::docDirectory<char>, directory); });
+}
+bool KB_GetDocDirectoryW(std::wstring& directory) {
+    return Guarded([&] { return kitbag::GetDirectory(kitbag::docDirectory<wchar_t>, directory); });
+}
+
+bool KB_GetSkinDirectoryA(TWinString<char>& directory) {
+    return Guarded(
+               [&] { return kitbag::FindExisting<char>(kitbag::kSkinKind<char>, directory); }) ||
+           KB_GetConfigDirectoryA(directory);
+}
+bool KB_GetSkinDirectoryW(std::wstring& directory) {
+    return Guarded([&] {
+               return kitbag::FindExisting<wchar_t>(kitbag::kSkinKind<wchar_t>, directory);
+           }) ||
+           KB_GetConfigDirectoryW(directory);
+}
+
+bool KB_SetConfigDirectoryA(const TWinString<char>& directory) {
+    return Guarded(
+        [&] { return kitbag::Remember<char>(kitbag::configDirectory<char>.kind, directory); });
+}
+bool KB_SetConfigDirectoryW(const std::wstring& directory) {
+    return Guarded([&] {
+        return kitbag::Remember<wchar_t>(kitbag::configDirectory<wchar_t>.kind, directory);
+    });
+}
+
+bool KB_SetSkinDirectoryA(const TWinString<char>& directory) {
+    return Guarded([&] { return kitbag::Remember<char>(kitbag::kSkinKind<char>, directory); });
+}
+bool KB_SetSkinDirectoryW(const std::wstring& directory) {
+    return Guarded(
+        [&] { return kitbag::Remember<wchar_t>(kitbag::kSkinKind<wchar_t>, directory); });
+}
+
+bool KB_SetDataDirectoryA(const TWinString<char>& directory) {
+    return Guarded(
+        [&] { return kitbag::Remember<char>(kitbag::dataDirectory<char>.kind, directory); });
+}
+bool KB_SetDataDirectoryW(const std::wstring& directory) {
+    return Guarded(
+        [&] { return kitbag::Remember<wchar_t>(kitbag::dataDirectory<wchar_t>.kind, directory); });
+}
+
+bool KB_SetDocDirectoryA(const TWinString<char>& directory) {
+    return Guarded(
+        [&] { return kitbag::Remember<char>(kitbag::docDirectory<char>.kind, directory); });
+}
+bool KB_SetDocDirectoryW(const std::wstring& directory) {
+    return Guarded(
+        [&] { return kitbag::Remember<wchar_t>(kitbag::docDirectory<wchar_t>.kind, directory); });
+}
