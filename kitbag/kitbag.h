@@ -2,6 +2,9 @@
 #pragma once
 
 #include <kitbag/files/unc_translation.h>
+#include <kitbag/files/checksum.h>
+#include <kitbag/files/clipboard.h>
+#include <kitbag/files/eject.h>
 #include <kitbag/files/folder_dialog.h>
 #include <kitbag/files/names.h>
 #include <kitbag/files/paths.h>
