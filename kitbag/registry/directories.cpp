@@ -22,8 +22,17 @@ constexpr int kPromptSize = 1040;
 template <class Ch>
 constexpr auto& kSection = KITBAG_TEXT(Ch, "Directories");
 
+template <class Ch>
+constexpr auto& kConfig = KITBAG_TEXT(Ch, "Config");
+template <class Ch>
+constexpr auto& kSkin = KITBAG_TEXT(Ch, "Skin");
+template <class Ch>
+constexpr auto& kData = KITBAG_TEXT(Ch, "Data");
+template <class Ch>
+constexpr auto& kDocs = KITBAG_TEXT(Ch, "Docs");
+
 /// A directory whose getter does something about its absence, on its first call in the process: it
-/// creates a default or, failing that, shows the prompt.
+/// creates a default or, where there is none to create, shows the prompt.
 template <class Ch>
 struct Directory {
     const Ch* kind;
@@ -33,15 +42,11 @@ struct Directory {
 };
 
 template <class Ch>
-constinit Directory<Ch> configDirectory{KITBAG_TEXT(Ch, "Config"), KITBAG_STRING_CONFIG_PROMPT,
-                                        false};
+constinit Directory<Ch> configDirectory{kConfig<Ch>, KITBAG_STRING_CONFIG_PROMPT, false};
 template <class Ch>
-constinit Directory<Ch> dataDirectory{KITBAG_TEXT(Ch, "Data"), KITBAG_STRING_DATA_PROMPT, true};
+constinit Directory<Ch> dataDirectory{kData<Ch>, KITBAG_STRING_DATA_PROMPT, true};
 template <class Ch>
-constinit Directory<Ch> docDirectory{KITBAG_TEXT(Ch, "Docs"), KITBAG_STRING_DOCS_PROMPT, false};
-
-template <class Ch>
-constexpr auto& kSkinKind = KITBAG_TEXT(Ch, "Skin");
+constinit Directory<Ch> docDirectory{kDocs<Ch>, KITBAG_STRING_DOCS_PROMPT, false};
 
 template <class Ch>
 std::basic_string<Ch> ValueName(const Ch* kind) {
@@ -115,7 +120,7 @@ bool FindUpward(const Ch* kind, StringOf<Ch>& directory) {
             directory = WithBackslash(candidate);
             return true;
         }
-        // The link's name holds the word twice (ConfigConfig.lnk): installed links are called so.
+        // The word stands twice in the link's name (ConfigConfig.lnk): existing links are named so.
         if (FollowLink<Ch>(candidate + kind + KITBAG_TEXT(Ch, ".lnk"), directory)) return true;
         folder.pop_back();
         folder.resize(folder.rfind('\\') + 1);
@@ -190,49 +195,38 @@ bool KB_GetDocDirectoryW(std::wstring& directory) {
 }
 
 bool KB_GetSkinDirectoryA(TWinString<char>& directory) {
-    return Guarded(
-               [&] { return kitbag::FindExisting<char>(kitbag::kSkinKind<char>, directory); }) ||
+    return Guarded([&] { return kitbag::FindExisting(kitbag::kSkin<char>, directory); }) ||
            KB_GetConfigDirectoryA(directory);
 }
 bool KB_GetSkinDirectoryW(std::wstring& directory) {
-    return Guarded([&] {
-               return kitbag::FindExisting<wchar_t>(kitbag::kSkinKind<wchar_t>, directory);
-           }) ||
+    return Guarded([&] { return kitbag::FindExisting(kitbag::kSkin<wchar_t>, directory); }) ||
            KB_GetConfigDirectoryW(directory);
 }
 
 bool KB_SetConfigDirectoryA(const TWinString<char>& directory) {
-    return Guarded(
-        [&] { return kitbag::Remember<char>(kitbag::configDirectory<char>.kind, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kConfig<char>, directory); });
 }
 bool KB_SetConfigDirectoryW(const std::wstring& directory) {
-    return Guarded([&] {
-        return kitbag::Remember<wchar_t>(kitbag::configDirectory<wchar_t>.kind, directory);
-    });
+    return Guarded([&] { return kitbag::Remember(kitbag::kConfig<wchar_t>, directory); });
 }
 
 bool KB_SetSkinDirectoryA(const TWinString<char>& directory) {
-    return Guarded([&] { return kitbag::Remember<char>(kitbag::kSkinKind<char>, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kSkin<char>, directory); });
 }
 bool KB_SetSkinDirectoryW(const std::wstring& directory) {
-    return Guarded(
-        [&] { return kitbag::Remember<wchar_t>(kitbag::kSkinKind<wchar_t>, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kSkin<wchar_t>, directory); });
 }
 
 bool KB_SetDataDirectoryA(const TWinString<char>& directory) {
-    return Guarded(
-        [&] { return kitbag::Remember<char>(kitbag::dataDirectory<char>.kind, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kData<char>, directory); });
 }
 bool KB_SetDataDirectoryW(const std::wstring& directory) {
-    return Guarded(
-        [&] { return kitbag::Remember<wchar_t>(kitbag::dataDirectory<wchar_t>.kind, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kData<wchar_t>, directory); });
 }
 
 bool KB_SetDocDirectoryA(const TWinString<char>& directory) {
-    return Guarded(
-        [&] { return kitbag::Remember<char>(kitbag::docDirectory<char>.kind, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kDocs<char>, directory); });
 }
 bool KB_SetDocDirectoryW(const std::wstring& directory) {
-    return Guarded(
-        [&] { return kitbag::Remember<wchar_t>(kitbag::docDirectory<wchar_t>.kind, directory); });
+    return Guarded([&] { return kitbag::Remember(kitbag::kDocs<wchar_t>, directory); });
 }

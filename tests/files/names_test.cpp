@@ -11,16 +11,16 @@ TYPED_TEST(Names, AreCheckedAndRepaired) {
     using Ch = TypeParam;
     // Each name, and the same after repair.
     kitbag::test::Text<Ch> cases[][2] = {{T("file"), T("file")},
-                                               {T(" file."), T("_file_")},
-                                               {T("."), T("_")},
-                                               {T("a?\x1f|\xe9"), T("a___\xe9")},
-                                               {T("\\di\\a"), T("_di_a")},
-                                               {T("C:"), T("C_")},
-                                               {T("C:\\d?\\"), T("C:\\d?\\")},
-                                               {T("\\\\?\\:b"), T("\\\\?\\_b")},
-                                               {T("COM0"), T("COM0")},
-                                               {T("con .a"), T("con .a")},
-                                               {T("con."), T("con_")}};
+                                         {T(" file."), T("_file_")},
+                                         {T("."), T("_")},
+                                         {T("a?\x1f|\xe9"), T("a___\xe9")},
+                                         {T("\\di\\a"), T("_di_a")},
+                                         {T("C:"), T("C_")},
+                                         {T("C:\\d?\\"), T("C:\\d?\\")},
+                                         {T("\\\\?\\:b"), T("\\\\?\\_b")},
+                                         {T("COM0"), T("COM0")},
+                                         {T("con .a"), T("con .a")},
+                                         {T("con."), T("con_")}};
     for (auto& [name, repaired] : cases) {
         EXPECT_EQ(name == repaired, KB(ValidateFilename)(name.data(), false, false)) << name;
         EXPECT_TRUE(KB(ValidatePath)(name.data(), true, false)) << name;
