@@ -12,15 +12,18 @@ namespace {
 
 constexpr std::size_t kChunk = 32767;
 
-constexpr std::array<DWORD, 256> kTable = [] {
-    std::array<DWORD, 256> table{};
+using Table = std::array<DWORD, 256>;
+
+constexpr Table MakeTable() {
+    Table table{};
     for (DWORD i = 0; i < table.size(); ++i) {
         DWORD entry = i;
         for (int bit = 0; bit < 8; ++bit) entry = (entry >> 1) ^ (entry & 1 ? 0xEDB88320 : 0);
         table[i] = entry;
     }
     return table;
-}();
+}
+constexpr Table kTable = MakeTable();
 static_assert(kTable[1] == 0x77073096);
 
 class Crc {

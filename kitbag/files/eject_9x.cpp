@@ -47,7 +47,7 @@ class DosDrive {
  public:
     explicit DosDrive(char letter)
         : device_(
-              ::CreateFileA("\\\\.\\vwin32", 0, 0, nullptr, 0, FILE_FLAG_DELETE_ON_CLOSE, nullptr)),
+              ::CreateFileA(R"(\\.\vwin32)", 0, 0, nullptr, 0, FILE_FLAG_DELETE_ON_CLOSE, nullptr)),
           number_(static_cast<DWORD>((letter & ~0x20) - 64)) {}
 
     explicit operator bool() const { return static_cast<bool>(device_); }

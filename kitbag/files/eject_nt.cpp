@@ -50,7 +50,7 @@ bool EjectOnNt(char driveLetter) {
     const DWORD access = AccessFor(::GetDriveTypeA((drive + '\\').c_str()));
     if (access == 0) return false;
 
-    FileHandle volume(::CreateFileA(("\\\\.\\" + drive).c_str(), access,
+    FileHandle volume(::CreateFileA((R"(\\.\)" + drive).c_str(), access,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
                                     nullptr));
     if (!volume) {

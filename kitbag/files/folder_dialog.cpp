@@ -49,11 +49,16 @@ void ShowSelectedPath(HWND dialog, const ITEMIDLIST* selected) {
     if (PathOf(selected, path)) Send(dialog, BFFM_SETSTATUSTEXTA, FALSE, path);
 }
 
+template <class T>
+const T* Pointer(LPARAM parameter) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): messages carry pointers as integers
+    return reinterpret_cast<const T*>(parameter);
+}
+
 template <class Ch>
 int CALLBACK OnDialogEvent(HWND dialog, UINT event, LPARAM parameter, LPARAM initialPath) {
-    if (event == BFFM_INITIALIZED) SelectFolder(dialog, reinterpret_cast<const Ch*>(initialPath));
-    if (event == BFFM_SELCHANGED)
-        ShowSelectedPath<Ch>(dialog, reinterpret_cast<const ITEMIDLIST*>(parameter));
+    if (event == BFFM_INITIALIZED) SelectFolder(dialog, Pointer<Ch>(initialPath));
+    if (event == BFFM_SELCHANGED) ShowSelectedPath<Ch>(dialog, Pointer<ITEMIDLIST>(parameter));
     return 0;
 }
 

@@ -21,7 +21,7 @@ using Search = Owned<SearchPolicy>;
 template <class Ch>
 bool CreatePath(const Ch* path) {
     if (!path || Length(path) >= MAX_PATH) return false;
-    Ch prefix[MAX_PATH];
+    Ch prefix[MAX_PATH] = {};
     std::copy_n(path, Length(path) + 1, prefix);
     for (Ch* next = prefix; *next; ++next) {
         if (*next != '\\' && *next != '/') continue;

