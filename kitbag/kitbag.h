@@ -1,7 +1,6 @@
 // Everything that Kitbag offers its callers, but for the COM interfaces (<kitbag/pages.h>).
 #pragma once
 
-#include <kitbag/files/unc_translation.h>
 #include <kitbag/files/checksum.h>
 #include <kitbag/files/clipboard.h>
 #include <kitbag/files/eject.h>
@@ -9,6 +8,7 @@
 #include <kitbag/files/names.h>
 #include <kitbag/files/paths.h>
 #include <kitbag/files/shell_link.h>
+#include <kitbag/files/unc_translation.h>
 #include <kitbag/frame/os_dependent_function.h>
 #include <kitbag/frame/win_string.h>
 #include <kitbag/registry/directories.h>
