@@ -18,3 +18,8 @@
 #include <kitbag/system/module_tracking.h>
 #include <kitbag/system/module_version.h>
 #include <kitbag/system/system_information.h>
+#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/value.h>
+#include <kitbag/values/value_casts.h>
+#include <kitbag/values/value_collection.h>
+#include <kitbag/values/visitor.h>

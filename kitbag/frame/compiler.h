@@ -1,0 +1,27 @@
+// What differs from one compiler to the next; nothing else asks which compiler it is.
+#pragma once
+
+#include <string>
+#include <typeinfo>
+
+#if !defined(_MSC_VER)
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <memory>
+#endif
+
+namespace kitbag {
+
+/// The name of a class as it stands in stored settings: "class ", then the class's own name.
+#if defined(_MSC_VER)
+inline std::string StoredClassName(const std::type_info& type) { return type.name(); }
+#else
+inline std::string StoredClassName(const std::type_info& type) {
+    const std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(type.name(), nullptr, nullptr, nullptr), &std::free);
+    return std::string("class ") + (name ? name.get() : type.name());
+}
+#endif
+
+}  // namespace kitbag

@@ -1,0 +1,88 @@
+// The sequences of pointers behind collections, lists and tables.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace kitbag {
+
+/// Pointers in order, which it does not own.
+template <class T>
+class PointerSequence {
+ public:
+    int Size() const { return static_cast<int>(slots_.size()); }
+    auto begin() const { return slots_.begin(); }
+    auto end() const { return slots_.end(); }
+    bool operator==(const PointerSequence& other) const = default;
+
+    void Append(T& object) { slots_.push_back(&object); }
+
+    /// The slot at an index. An index past the end lengthens the sequence by null pointers: callers
+    /// probe by index and take a null for the end. A negative one counts as unsigned and asks for
+    /// more than there can be (std::length_error).
+    T*& At(int index) {
+        const auto position = static_cast<std::size_t>(index);
+        if (position >= slots_.size()) slots_.resize(std::max(position, position + 1));
+        return slots_[position];
+    }
+
+ protected:
+    auto Position(std::size_t index) {
+        return slots_.begin() + static_cast<std::ptrdiff_t>(std::min(index, slots_.size()));
+    }
+
+    std::vector<T*> slots_;
+};
+
+/// Heap objects in order, deleted with the sequence. T may be incomplete where no object is
+/// removed.
+template <class T>
+class OwnedSequence : public PointerSequence<T> {
+    using Base = PointerSequence<T>;
+    using Base::slots_;
+
+ public:
+    OwnedSequence() = default;
+    OwnedSequence(const OwnedSequence&) = delete;
+    OwnedSequence& operator=(const OwnedSequence&) = delete;
+    ~OwnedSequence() { Clear(); }
+
+    /// Before the index; at the end for an index past the end.
+    void Insert(int index, T& object) {
+        slots_.insert(Base::Position(static_cast<std::size_t>(index)), &object);
+    }
+
+    void Remove(int index) {
+        T* object = Base::At(index);
+        slots_.erase(Base::Position(static_cast<std::size_t>(index)));
+        delete object;
+    }
+
+    void Clear() {
+        for (T* object : std::exchange(slots_, {})) delete object;
+    }
+
+    /// Takes the object at from out and puts it back so that it ends at index to, at most at the
+    /// end. A negative to is the front.
+    void Move(int from, int to) {
+        to = std::max(to, 0);
+        if (from == to) return;
+        // Callers catch it and compare the message.
+        if (static_cast<std::size_t>(from) >= slots_.size())
+            throw std::out_of_range("invalid vector<T> subscript");
+        const auto source = slots_.begin() + from;
+        const auto target = slots_.begin() + std::min(to, Base::Size() - 1);
+        if (source < target)
+            std::rotate(source, source + 1, target + 1);
+        else
+            std::rotate(target, source, source + 1);
+    }
+
+    /// Puts the objects into another order.
+    void Reorder(std::vector<T*> ordered) { slots_ = std::move(ordered); }
+};
+
+}  // namespace kitbag
