@@ -18,8 +18,15 @@
 #include <kitbag/system/module_tracking.h>
 #include <kitbag/system/module_version.h>
 #include <kitbag/system/system_information.h>
+#include <kitbag/values/external_program_table.h>
+#include <kitbag/values/filename_value.h>
+#include <kitbag/values/media_location_table.h>
 #include <kitbag/values/scalar_values.h>
+#include <kitbag/values/uint32_enum.h>
+#include <kitbag/values/user_interface_level.h>
 #include <kitbag/values/value.h>
 #include <kitbag/values/value_casts.h>
 #include <kitbag/values/value_collection.h>
+#include <kitbag/values/value_list.h>
+#include <kitbag/values/value_table.h>
 #include <kitbag/values/visitor.h>

@@ -14,6 +14,7 @@ template <class T>
 class PointerSequence {
  public:
     int Size() const { return static_cast<int>(slots_.size()); }
+    auto begin() { return slots_.begin(); }
     auto begin() const { return slots_.begin(); }
     auto end() const { return slots_.end(); }
     bool operator==(const PointerSequence& other) const = default;
@@ -80,9 +81,6 @@ class OwnedSequence : public PointerSequence<T> {
         else
             std::rotate(target, source, source + 1);
     }
-
-    /// Puts the objects into another order.
-    void Reorder(std::vector<T*> ordered) { slots_ = std::move(ordered); }
 };
 
 }  // namespace kitbag
