@@ -49,8 +49,9 @@ class KITBAG_API ExternalProgramValueTableEntry : public ValueTableEntry {
 /// ValueTable.
 class KITBAG_API ExternalProgramValueTable : public ValueTable {
  public:
-    /// Loads at once, the tree of the empty name below the section: the table has no name yet. An
-    /// owner that gives it one loads again; components that keep a single table never name it.
+    /// Loads at once. The table has no name yet, so this is the tree of the empty name, the section
+    /// itself; an owner that names the table loads again. Components that keep their programs
+    /// directly in a section rely on the first load.
     ExternalProgramValueTable(const TWinString<char>& section);
     /// Copies have no replaceable parameters; an assignment leaves those of the target.
     ExternalProgramValueTable(const ExternalProgramValueTable& other);
