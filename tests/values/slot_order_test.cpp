@@ -3,156 +3,101 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
 
+#include <cstdint>
 #include <cstring>
-#include <initializer_list>
 
 namespace {
 
 using Str = const TWinString<char>&;
+using Row = ValueTableEntry;
 
-/// A pointer to a virtual operation holds its offset in the class's table, plus one.
-template <class Class, class Operation>
-int SlotOf(Operation Class::*member) {
-    std::intptr_t raw[2];
-    static_assert(sizeof raw == sizeof member);
-    std::memcpy(raw, &member, sizeof raw);
-    return (raw[0] & 1) != 0 && raw[1] == 0 ? static_cast<int>(raw[0] - 1) / int{sizeof(void*)}
-                                            : -1;
-}
-
-/// Names one of several operations of a name by its type.
+/// The slot of a virtual operation: a pointer to it holds its offset in the class's table plus one.
 template <class Operation, class Class>
-int SlotOfThe(Operation Class::*member) {
-    return SlotOf(member);
+int S(Operation Class::*member) {
+    std::intptr_t raw[2];
+    std::memcpy(raw, &member, sizeof raw);
+    return raw[0] & 1 ? static_cast<int>(raw[0] - 1) / int{sizeof(void*)} : -1;
 }
 
-void ExpectSlots(int first, std::initializer_list<int> slots) {
-    for (const int slot : slots) EXPECT_EQ(first++, slot);
+template <class... Slot>
+void ExpectSlots(int first, Slot... slots) {
+    for (const int slot : {slots...}) EXPECT_EQ(first++, slot);
 }
 
-constexpr int kVisits = 18;
-/// Where the operations begin that a class adds to those of Value. A destructor takes two slots.
-constexpr int kOwn = kVisits + 2 + 28;
-
-template <class Visited>
-int VisitSlot() {
-    return SlotOfThe<void(const Visited&)>(&CValueVisitor::Visit);
-}
-
-TEST(SlotOrder, OfTheVisitor) {
-    ExpectSlots(
-        0, {VisitSlot<ExternalProgramValueTableEntry>(), VisitSlot<ExternalProgramValueTable>(),
-            VisitSlot<MediaLocationValueTableEntry>(), VisitSlot<MediaLocationValueTable>(),
-            VisitSlot<ValueTableEntry>(), VisitSlot<IdentValue>(), VisitSlot<FilenameValue>(),
-            VisitSlot<UInt32Enum>(), VisitSlot<TStringValue>(), VisitSlot<UInt32Value>(),
-            VisitSlot<Int32Value>(), VisitSlot<GuidValue>(), VisitSlot<ByteArrayValue>(),
-            VisitSlot<BooleanValue>(), VisitSlot<ValueCollection>(), VisitSlot<ValueList>(),
-            VisitSlot<ValueTable>(), VisitSlot<Value>()});
+template <class... Visited>
+void ExpectVisits() {
+    ExpectSlots(0, S<void(const Visited&)>(&CValueVisitor::Visit)...);
 }
 
 /// Reaches the protected operations.
-class Reach : public Value {
- public:
+struct Reach : Value {
     using Value::operator=;
-    static int CheckInitialisedSlot() { return SlotOf(&Reach::CheckInitialised); }
-    static int UseDefaultValueSlot() { return SlotOf(&Reach::UseDefaultValue); }
+    static int CheckSlot() { return S(&Reach::CheckInitialised); }
+    static int DefaultSlot() { return S(&Reach::UseDefaultValue); }
 };
 
-TEST(SlotOrder, OfValue) {
-    ExpectSlots(kVisits + 2, {SlotOf(&Value::Copy),
-                              SlotOf(&Value::operator=),
-                              SlotOf(&Value::GetValueName),
-                              SlotOf(&Value::SetValueName),
-                              SlotOf(&Value::Compare),
-                              SlotOf(&Value::IsCollection),
-                              SlotOf(&Value::IsTable),
-                              SlotOf(&Value::IsTableEntry),
-                              SlotOf(&Value::ToString),
-                              SlotOf(&Value::SaveString),
-                              SlotOf(&Value::SaveStringDataOnly),
-                              SlotOf(&Value::SetRegistrySection),
-                              SlotOfThe<void(bool)>(&Value::SetAutoRegistrySource),
-                              SlotOfThe<void(Str, Str, bool)>(&Value::SetAutoRegistrySource),
-                              SlotOf(&Value::ExistsRegistry),
-                              SlotOfThe<void() const>(&Value::SaveRegistry),
-                              SlotOfThe<void(Str) const>(&Value::SaveRegistry),
-                              SlotOfThe<void()>(&Value::LoadRegistry),
-                              SlotOfThe<void(Str)>(&Value::LoadRegistry),
-                              SlotOf(&Value::SaveFixar),
-                              SlotOf(&Value::LoadFixar),
-                              SlotOf(&Value::Accept),
-                              SlotOf(&Value::SetValueActions),
-                              SlotOf(&Value::SetMinimumUserInterfaceLevel),
-                              SlotOf(&Value::RebootNeeded),
-                              SlotOf(&Value::RestartNeeded),
-                              Reach::CheckInitialisedSlot(),
-                              Reach::UseDefaultValueSlot()});
+/// Behind Value's own operations. A destructor takes two slots.
+constexpr int kFirst = 18 + 2 + 28;
+
+TEST(SlotOrder, OfTheVisitorAndValue) {
+    ExpectVisits<ExternalProgramValueTableEntry, ExternalProgramValueTable,
+                 MediaLocationValueTableEntry, MediaLocationValueTable, Row, IdentValue,
+                 FilenameValue, UInt32Enum, TStringValue, UInt32Value, Int32Value, GuidValue,
+                 ByteArrayValue, BooleanValue, ValueCollection, ValueList, ValueTable, Value>();
+    using V = Value;
+    ExpectSlots(20, S(&V::Copy), S(&V::operator=), S(&V::GetValueName), S(&V::SetValueName),
+                S(&V::Compare), S(&V::IsCollection), S(&V::IsTable), S(&V::IsTableEntry),
+                S(&V::ToString), S(&V::SaveString), S(&V::SaveStringDataOnly),
+                S(&V::SetRegistrySection), S<void(bool)>(&V::SetAutoRegistrySource),
+                S<void(Str, Str, bool)>(&V::SetAutoRegistrySource), S(&V::ExistsRegistry),
+                S<void() const>(&V::SaveRegistry), S<void(Str) const>(&V::SaveRegistry),
+                S<void()>(&V::LoadRegistry), S<void(Str)>(&V::LoadRegistry), S(&V::SaveFixar),
+                S(&V::LoadFixar), S(&V::Accept), S(&V::SetValueActions),
+                S(&V::SetMinimumUserInterfaceLevel), S(&V::RebootNeeded), S(&V::RestartNeeded),
+                Reach::CheckSlot(), Reach::DefaultSlot());
 }
 
 TEST(SlotOrder, OfTheScalarValues) {
-    ExpectSlots(kOwn, {SlotOfThe<bool(bool) const>(&BooleanValue::operator==),
-                       SlotOfThe<bool(const BooleanValue&) const>(&BooleanValue::operator==),
-                       SlotOf(&BooleanValue::GetValue), SlotOf(&BooleanValue::SetValue),
-                       SlotOf(&BooleanValue::SetDefaultValue)});
-    ExpectSlots(
-        kOwn, {SlotOf(&TStringValue::GetValue), SlotOf(&TStringValue::SetValue),
-               SlotOfThe<TStringValue&(Str)>(&TStringValue::operator=),
-               SlotOfThe<TStringValue&(const TStringValue&)>(&TStringValue::operator=),
-               SlotOf(&TStringValue::operator TWinString<char>),
-               SlotOfThe<bool(Str) const>(&TStringValue::operator==),
-               SlotOfThe<bool(const TStringValue&) const>(&TStringValue::operator==),
-               SlotOf(&TStringValue::SetDefaultValue),
-               SlotOfThe<FilenameValue&(const FilenameValue&)>(&FilenameValue::operator=),
-               SlotOf(&FilenameValue::GetFilename), SlotOf(&FilenameValue::GetFilenameNoExtension),
-               SlotOf(&FilenameValue::GetDirectory), SlotOf(&FilenameValue::GetExtension),
-               SlotOf(&FilenameValue::GetFileSize)});
-    ExpectSlots(SlotOf(&UInt32Value::SetDefaultValue) + 1,
-                {SlotOfThe<UInt32Enum&(const UInt32Enum&)>(&UInt32Enum::operator=),
-                 SlotOf(&UInt32Enum::size), SlotOf(&UInt32Enum::InitialiseElements),
-                 SlotOf(&UInt32Enum::AddElement), SlotOf(&UInt32Enum::Lookup)});
-    EXPECT_EQ(SlotOf(&Value::ExistsRegistry), SlotOf(&BooleanValue::ExistsRegistry));
+    using B = BooleanValue;
+    ExpectSlots(kFirst, S<bool(bool) const>(&B::operator==),
+                S<bool(const B&) const>(&B::operator==), S(&B::GetValue), S(&B::SetValue),
+                S(&B::SetDefaultValue));
+    using T = TStringValue;
+    using F = FilenameValue;
+    ExpectSlots(kFirst, S(&T::GetValue), S(&T::SetValue), S<T&(Str)>(&T::operator=),
+                S<T&(const T&)>(&T::operator=), S(&T::operator TWinString<char>),
+                S<bool(Str) const>(&T::operator==), S<bool(const T&) const>(&T::operator==),
+                S(&T::SetDefaultValue), S<F&(const F&)>(&F::operator=), S(&F::GetFilename),
+                S(&F::GetFilenameNoExtension), S(&F::GetDirectory), S(&F::GetExtension),
+                S(&F::GetFileSize));
+    using E = UInt32Enum;
+    ExpectSlots(S(&E::SetDefaultValue) + 1, S<E&(const E&)>(&E::operator=), S(&E::size),
+                S(&E::InitialiseElements), S(&E::AddElement), S(&E::Lookup));
 }
 
 TEST(SlotOrder, OfTheContainers) {
-    ExpectSlots(kOwn,
-                {SlotOfThe<ValueCollection&(const ValueCollection&)>(&ValueCollection::operator=),
-                 SlotOf(&ValueCollection::operator==), SlotOf(&ValueCollection::DeclareValues),
-                 SlotOfThe<void(Value&, Str)>(&ValueCollection::DeclareValue),
-                 SlotOfThe<void(Value&)>(&ValueCollection::DeclareValue),
-                 SlotOf(&ValueCollection::GetValue),
-                 SlotOfThe<ValueTableEntry&(const ValueTableEntry&)>(&ValueTableEntry::operator=),
-                 SlotOfThe<void(Value&, Str, bool)>(&ValueTableEntry::DeclareValue),
-                 SlotOfThe<void(IdentValue&) const>(&ValueTableEntry::GetIdent),
-                 SlotOfThe<IdentValue() const>(&ValueTableEntry::GetIdent)});
-    ExpectSlots(kOwn,
-                {SlotOfThe<ValueList&(const ValueList&)>(&ValueList::operator=),
-                 SlotOf(&ValueList::EntryFactory), SlotOf(&ValueList::IsEmpty),
-                 SlotOfThe<bool(Value*)>(&ValueList::AddEntry),
-                 SlotOfThe<bool(Value&)>(&ValueList::AddEntry), SlotOf(&ValueList::InsertEntry),
-                 SlotOf(&ValueList::RemoveEntry), SlotOf(&ValueList::RemoveAllEntries),
-                 SlotOf(&ValueList::MoveEntry), SlotOf(&ValueList::MoveEntryRelative),
-                 SlotOfThe<bool(Str, unsigned long&) const>(&ValueList::ExistsRegistry),
-                 SlotOf(&ValueList::DeclareVersion)});
-    ExpectSlots(kOwn, {SlotOfThe<ValueTable&(const ValueTable&)>(&ValueTable::operator=),
-                       SlotOf(&ValueTable::EntryFactory),
-                       SlotOf(&ValueTable::IsEmpty),
-                       SlotOfThe<bool(ValueTableEntry*)>(&ValueTable::AddEntry),
-                       SlotOfThe<bool(ValueTableEntry&)>(&ValueTable::AddEntry),
-                       SlotOf(&ValueTable::InsertEntry),
-                       SlotOfThe<void(IdentValue&)>(&ValueTable::RemoveEntry),
-                       SlotOfThe<void(int)>(&ValueTable::RemoveEntry),
-                       SlotOf(&ValueTable::RemoveAllEntries),
-                       SlotOf(&ValueTable::MoveEntry),
-                       SlotOfThe<void(IdentValue&, int)>(&ValueTable::MoveEntryRelative),
-                       SlotOfThe<void(int, int)>(&ValueTable::MoveEntryRelative),
-                       SlotOfThe<ValueTableEntry*(Str, const Value&) const>(&ValueTable::FindEntry),
-                       SlotOfThe<ValueTableEntry*(const IdentValue&) const>(&ValueTable::FindEntry),
-                       SlotOf(&ValueTable::FindEntryIndex),
-                       SlotOf(&ValueTable::Sort),
-                       SlotOf(&ValueTable::UsesUniqueIdents),
-                       SlotOfThe<bool(Str, unsigned long&) const>(&ValueTable::ExistsRegistry),
-                       SlotOfThe<void(Str, Str)>(&ValueTable::LoadRegistry),
-                       SlotOf(&ValueTable::DeclareVersion)});
+    using C = ValueCollection;
+    ExpectSlots(kFirst, S<C&(const C&)>(&C::operator=), S(&C::operator==), S(&C::DeclareValues),
+                S<void(Value&, Str)>(&C::DeclareValue), S<void(Value&)>(&C::DeclareValue),
+                S(&C::GetValue), S<Row&(const Row&)>(&Row::operator=),
+                S<void(Value&, Str, bool)>(&Row::DeclareValue),
+                S<void(IdentValue&) const>(&Row::GetIdent), S<IdentValue() const>(&Row::GetIdent));
+    using L = ValueList;
+    ExpectSlots(kFirst, S<L&(const L&)>(&L::operator=), S(&L::EntryFactory), S(&L::IsEmpty),
+                S<bool(Value*)>(&L::AddEntry), S<bool(Value&)>(&L::AddEntry), S(&L::InsertEntry),
+                S(&L::RemoveEntry), S(&L::RemoveAllEntries), S(&L::MoveEntry),
+                S(&L::MoveEntryRelative), S<bool(Str, unsigned long&) const>(&L::ExistsRegistry),
+                S(&L::DeclareVersion));
+    using T = ValueTable;
+    ExpectSlots(
+        kFirst, S<T&(const T&)>(&T::operator=), S(&T::EntryFactory), S(&T::IsEmpty),
+        S<bool(Row*)>(&T::AddEntry), S<bool(Row&)>(&T::AddEntry), S(&T::InsertEntry),
+        S<void(IdentValue&)>(&T::RemoveEntry), S<void(int)>(&T::RemoveEntry),
+        S(&T::RemoveAllEntries), S(&T::MoveEntry), S<void(IdentValue&, int)>(&T::MoveEntryRelative),
+        S<void(int, int)>(&T::MoveEntryRelative), S<Row*(Str, const Value&) const>(&T::FindEntry),
+        S<Row*(const IdentValue&) const>(&T::FindEntry), S(&T::FindEntryIndex), S(&T::Sort),
+        S(&T::UsesUniqueIdents), S<bool(Str, unsigned long&) const>(&T::ExistsRegistry),
+        S<void(Str, Str)>(&T::LoadRegistry), S(&T::DeclareVersion));
 }
 
 }  // namespace

@@ -1,0 +1,250 @@
+// Collections, rows, lists and tables of a program's own, with the library calling back.
+
+#include <gmock/gmock.h>
+#include <kitbag/kitbag.h>
+#include <tests/values/clean_settings.h>
+
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+/// A row as an application has them; its class name is stored, so it is in no namespace.
+class Recording : public ValueTableEntry {
+ public:
+    explicit Recording(const char* channel = "One", unsigned long minutes = 0) {
+        ++alive;
+        Recording::DeclareValues();
+        Channel.SetValue(channel);
+        Minutes.SetValue(minutes);
+        Minutes.SetDefaultValue(30);
+    }
+    Recording(const Recording& other) : Recording() { *this = other; }
+    ~Recording() override { --alive; }
+    Recording& operator=(const Recording&) = default;
+    Recording& operator=(const ValueTableEntry& other) override {
+        return *this = static_cast<const Recording&>(other);
+    }
+    using ValueTableEntry::operator=;
+    Value* Copy() const override { return new Recording(*this); }
+    void DeclareValues() override {
+        DeclareValue(Channel, "Channel", true);
+        DeclareValue(Minutes, "Minutes", false);
+        DeclareValue(Flag, "Flag", true);
+    }
+    using ValueTableEntry::GetIdent;
+    IdentValue GetIdent() const override { return ++identsBuilt, ValueTableEntry::GetIdent(); }
+
+    TStringValue Channel;
+    UInt32Value Minutes;
+    BooleanValue Flag;
+    static inline int alive = 0, identsBuilt = 0;
+};
+
+struct Recordings : ValueTable {
+    Recordings(std::initializer_list<unsigned long> minutes = {}, bool hasUniqueIdents = false) {
+        ValueTable::SetValueName("Recs");
+        for (const auto m : minutes) ValueTable::AddEntry(new Recording("One", m));
+        unique = hasUniqueIdents;
+    }
+    using ValueTable::operator=;
+    Value* Copy() const override { return new Recordings(*this); }
+    ValueTableEntry* EntryFactory(const TWinString<char>& name) const override {
+        return name == "class Recording" ? new Recording : nullptr;
+    }
+    bool UsesUniqueIdents() const override { return unique; }
+    unsigned long DeclareVersion() const override { return 3; }
+    Recording& Row(int index) { return dynamic_cast<Recording&>(*at(index)); }
+    std::vector<unsigned long> Minutes() {
+        std::vector<unsigned long> minutes;
+        for (int i = 0; i < size(); ++i) minutes.push_back(Row(i).Minutes.GetValue());
+        return minutes;
+    }
+    bool unique = false;
+};
+
+struct Notes : ValueList {
+    Notes() { ValueList::SetValueName("Notes"); }
+    using ValueList::operator=;
+    Value* Copy() const override { return new Notes(*this); }
+    Value* EntryFactory(const TWinString<char>& name) const override {
+        return name == "class Int32Value" ? new Int32Value : ValueList::EntryFactory(name);
+    }
+};
+
+namespace {
+
+using kitbag::test::RawKey;
+using testing::ElementsAre;
+
+class Containers : public kitbag::test::CleanSettings {
+    void TearDown() override {
+        CleanSettings::TearDown();
+        EXPECT_EQ(0, Recording::alive);
+    }
+};
+
+TEST_F(Containers, CollectMembersThatTheyDoNotOwn) {
+    ValueCollection collection, same;
+    TStringValue first, second;
+    collection.DeclareValue(first, "A");
+    collection.DeclareValue(second, "A");
+    same.DeclareValue(first);
+    EXPECT_EQ("{A='',A=''}", collection.SaveStringDataOnly());
+    EXPECT_TRUE(collection.GetValue("A") == &first && !collection.GetValue("a"));
+    EXPECT_FALSE(collection == same);
+    same.DeclareValue(second);
+    EXPECT_TRUE(collection == same);
+    EXPECT_EQ(0, ValueCollection(collection).size());
+    EXPECT_TRUE(!collection.at(5) && collection.size() == 6);
+    EXPECT_THROW(collection[-1], std::length_error);
+    collection.SaveRegistry("S");
+    EXPECT_EQ(L"", RawKey("S").TextOf(L"A"));
+}
+
+TEST_F(Containers, PassLevelsOnAndAskTheirChildren) {
+    Recordings table{1, 2};
+    Recording& row = table.Row(1);
+    EXPECT_TRUE(table.GetValueActions() == 0xF0 && row.GetValueActions() == 0x130);
+    table.SetValueActions(0x3002);
+    EXPECT_TRUE(row.GetValueActions() == 0x132 && row.Flag.GetValueActions() == 0x102);
+    EXPECT_TRUE(table.RebootNeeded() && table.RestartNeeded());
+    EXPECT_FALSE(row.RebootNeeded() || row.RestartNeeded());
+    table.SetValueActions(0);
+    BooleanValue other;
+    other.SetValueAction(Value::RestartNeededAction);
+    row.Flag = other;
+    EXPECT_TRUE(table.RestartNeeded() && !table.RebootNeeded());
+    EXPECT_FALSE(table.IsTable() || row.IsTable() || !row.IsTableEntry() || !row.IsCollection());
+}
+
+TEST_F(Containers, KeepATableAsARegistryTree) {
+    Recordings{0, 1, 2, 3}.SaveRegistry("S");
+    Recordings table{0, 1, 2};
+    table.Row(1).Channel = "it's |=\"\xe9";
+    table.SaveRegistry("S");
+    EXPECT_EQ(3u, RawKey("S\\Recs").NumberOf(L"Table Version"));
+    EXPECT_TRUE(RawKey::Exists("S\\Recs\\00000002") && !RawKey::Exists("S\\Recs\\00000003"));
+    const RawKey row("S\\Recs\\00000001");
+    EXPECT_EQ(L"class Recording", row.TextOf(L"ValueTableEntry Class"));
+    EXPECT_EQ(L"it's |=\"\u00e9", row.TextOf(L"Channel"));
+    EXPECT_EQ(1u, row.NumberOf(L"Minutes"));
+    EXPECT_EQ(0u, row.NumberOf(L"Flag"));
+    unsigned long version = 0;
+    EXPECT_TRUE(table.ExistsRegistry("S\\Recs", version) && version == 3);
+    EXPECT_TRUE(!table.ExistsRegistry("S", version) && version == 0xFFFFFFFF);
+
+    // Loading appends; a table with unique identifiers takes a row once.
+    Recordings loaded, unique({}, true);
+    loaded.LoadRegistry("S");
+    EXPECT_EQ(table.SaveStringDataOnly(), loaded.SaveStringDataOnly());
+    loaded.LoadRegistry("S", "Recs");
+    EXPECT_THAT(loaded.Minutes(), ElementsAre(0, 1, 2, 0, 1, 2));
+    unique.LoadRegistry("S");
+    EXPECT_THAT(unique.Minutes(), ElementsAre(0, 1));
+    Recordings().SaveRegistry("S");
+    EXPECT_TRUE(KB_GetKeyCountA("S\\Recs") == 0 && KB_GetValueCountA("S\\Recs") == 1);
+}
+
+TEST_F(Containers, LoadWhatADamagedTreeStillHolds) {
+    Recordings many, loaded;
+    for (unsigned long i = 0; i < 2000; ++i) many.AddEntry(new Recording("One", i));
+    many.SaveRegistry("S");
+    RawKey("S\\Recs\\00000000").Set(L"ValueTableEntry Class", L"class Unknown");
+    RawKey("S\\Recs\\00000001").Set(L"ValueTableEntry Class", 1u);
+    RawKey("S\\Recs\\00000002").Set(L"Minutes", L"two");
+    RawKey("S\\Recs\\unnumbered").Set(L"ValueTableEntry Class", L"class Recording");
+    loaded.LoadRegistry("S");
+    EXPECT_EQ(1999, loaded.size());
+    EXPECT_TRUE(loaded.Minutes()[0] == 30 && loaded.Minutes()[1997] == 1999);
+}
+
+TEST_F(Containers, KeepAListAsARegistryTree) {
+    Notes notes;
+    EXPECT_FALSE(notes.AddEntry(nullptr));
+    for (const char* name : {"A", "B"}) {
+        EXPECT_TRUE(notes.InsertEntry(0, *new Int32Value));
+        notes[0]->SetValueName(name);
+    }
+    EXPECT_EQ("[B=0,\nA=0]", notes.SaveStringDataOnly());
+    notes.SaveRegistry("S");
+    EXPECT_EQ(1u, RawKey("S\\Notes").NumberOf(L"Table Version"));
+    const RawKey first("S\\Notes\\00000000"), second("S\\Notes\\00000001");
+    EXPECT_EQ(L"class Int32Value", first.TextOf(L"Value Class"));
+    EXPECT_EQ(L"B", first.TextOf(L"Value Name"));
+    EXPECT_EQ(0u, first.NumberOf(L"B"));
+
+    // What can be created replaces what was there; where nothing can, everything stays.
+    second.Set(L"Value Class", L"class Unknown");
+    for (int i = 0; i < 2; ++i) {
+        notes.LoadRegistry("S");
+        EXPECT_EQ("[B=0]", notes.SaveStringDataOnly());
+        first.Set(L"Value Class", L"class Unknown");
+    }
+    // An element without a name counts.
+    second.Set(L"Value Class", L"class Int32Value");
+    RegDeleteValueA(second.Get(), "Value Name");
+    notes.LoadRegistry("S");
+    EXPECT_EQ("[=0]", notes.SaveStringDataOnly());
+}
+
+TEST_F(Containers, RefuseASecondRowOfOneIdentifierWhereAsked) {
+    Recordings unique({1}, true);
+    EXPECT_EQ("Channel='One'|Flag=False", unique[0]->GetIdent().GetValue());
+    auto refused = std::make_unique<Recording>("One", 2);
+    Recording::identsBuilt = 0;
+    EXPECT_FALSE(unique.AddEntry(*refused));
+    EXPECT_EQ(2, Recording::identsBuilt);
+    EXPECT_TRUE(unique.InsertEntry(99, *refused.release()));
+    EXPECT_THAT(unique.Minutes(), ElementsAre(1, 2));
+    // Copies of rows go through the same door.
+    unique = Recordings(unique);
+    EXPECT_THAT(unique.Minutes(), ElementsAre(1));
+}
+
+TEST_F(Containers, MoveFindAndRemoveRows) {
+    const int moves[][6] = {{2, -5, 2, 0, 1, 3}, {1, 1, 0, 1, 2, 3}, {0, 2, 1, 2, 0, 3},
+                            {3, 1, 0, 3, 1, 2},  {0, 9, 1, 2, 3, 0}, {7, 7, 0, 1, 2, 3}};
+    for (const auto& [from, to, a, b, c, d] : moves) {
+        Recordings moved{0, 1, 2, 3};
+        moved.MoveEntry(from, to);
+        EXPECT_THAT(moved.Minutes(), ElementsAre(a, b, c, d)) << from << " to " << to;
+    }
+    Recordings table{0, 1};
+    EXPECT_THROW(table.MoveEntry(-1, 1), std::out_of_range);
+    try {
+        table.MoveEntryRelative(2, -1);
+        FAIL();
+    } catch (const std::out_of_range& error) {
+        EXPECT_STREQ("invalid vector<T> subscript", error.what());
+    }
+    table.AddEntry(new Recording("Two", 2));
+    IdentValue two = table[2]->GetIdent(), nobody("nobody");
+    table.MoveEntryRelative(two, -1);
+    EXPECT_THAT(table.Minutes(), ElementsAre(0, 2, 1));
+    EXPECT_TRUE(table.FindEntryIndex(two) == 1 && table.FindEntryIndex(nobody) == -1);
+    EXPECT_EQ(table[1], table.FindEntry("Minutes", table.Row(1).Minutes));
+    table.RemoveEntry(two);
+    table.RemoveEntry(nobody);
+    EXPECT_THAT(table.Minutes(), ElementsAre(0, 1));
+    // Past the end: lengthened to four slots, of which one goes.
+    table.RemoveEntry(3);
+    EXPECT_TRUE(table.size() == 3 && !table[2]);
+    table.SaveRegistry("S");
+    table.RemoveAllEntries();
+    EXPECT_TRUE(table.IsEmpty());
+}
+
+TEST_F(Containers, SortRowsByAMember) {
+    Recordings table{10, 9, 0xFFFFFFFF, 2};
+    table.InsertEntry(1, *new ValueTableEntry);
+    table.Sort("Minutes");
+    table.Sort("Nothing has this");
+    EXPECT_EQ(0, table[4]->size());
+    table.RemoveEntry(4);
+    EXPECT_THAT(table.Minutes(), ElementsAre(2, 9, 10, 0xFFFFFFFF));
+    // Through its base a row assigns its members too.
+    static_cast<ValueCollection&>(table.Row(0)) = static_cast<ValueCollection&>(table.Row(1));
+    EXPECT_EQ(9u, table.Row(0).Minutes.GetValue());
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+#include <kitbag/kitbag.h>
+#include <tests/values/clean_settings.h>
+
+#include <memory>
+
+namespace {
+
+using kitbag::test::RawKey;
+using Action = Value::ValueAction;
+
+class Values : public kitbag::test::CleanSettings {};
+
+TEST_F(Values, PackLevelAndFlagsIntoOneWord) {
+    BooleanValue value;
+    value.SetValueAction(Action{0x1001F});
+    EXPECT_EQ(0x110u, value.GetValueActions());
+    value.SetValueActions(0x50025);
+    value.SetMinimumUserInterfaceLevel(Action{0x1013});
+    value.UnsetValueAction(Action{0x50001});
+    EXPECT_EQ(0x50023u, value.GetValueActions());
+    EXPECT_TRUE(value.HasValueAction(Action{0x10002}) && !value.HasValueAction(Action{0x2002}));
+}
+
+TEST_F(Values, LoseTheirPlaceWhenCopiedAndKeepItWhenAssigned) {
+    UInt32Value source("S", "Source", true), target("S", "Target", true);
+    source.SetValue(7);
+    source.SetDefaultValue(3);
+    source.SetValueActions(0x3002);
+    EXPECT_FALSE(source.RebootNeeded() || source.RestartNeeded());
+
+    const std::unique_ptr<Value> copied(source.Copy());
+    auto& copy = dynamic_cast<UInt32Value&>(*copied);
+    EXPECT_EQ("Source=7", copy.SaveString());
+    EXPECT_TRUE(copy.GetDefaultValue() == 3 && !copy.RebootNeeded());
+    copy.SetValue(8);
+    EXPECT_EQ(7u, RawKey("S").NumberOf(L"Source"));
+
+    target = source;
+    EXPECT_EQ("Target=7", target.SaveString());
+    EXPECT_TRUE(target.RebootNeeded() && target.RestartNeeded());
+    EXPECT_EQ(2, target.GetMinimumUserInterfaceLevel());
+    EXPECT_FALSE(RawKey("S").Has(L"Target"));
+    target.SetValue(9);
+    EXPECT_EQ(9u, RawKey("S").NumberOf(L"Target"));
+    target = UInt32Value();
+    EXPECT_TRUE(target.IsEmpty() && !target.RebootNeeded());
+}
+
+TEST_F(Values, MoveToASectionEvenWithoutAName) {
+    UInt32Value value;
+    value.SetDefaultValue(7);
+    value.SaveRegistry("S");
+    EXPECT_FALSE(RawKey::Exists("S"));
+    value.SetValueName("N");
+    // A value that was never read stores its default.
+    value.SaveRegistry();
+    EXPECT_EQ(7u, RawKey("S").NumberOf(L"N"));
+}
+
+template <class T, class Datum>
+T Named(const char* name, const Datum& datum) {
+    T value;
+    value.SetValueName(name);
+    value.SetValue(datum);
+    return value;
+}
+
+TEST_F(Values, CompareAsNumbersOrAsTexts) {
+    EXPECT_EQ(-1, Named<Int32Value>("N", -1).Compare(Named<Int32Value>("A", 1)));
+    EXPECT_EQ(1, Named<UInt32Value>("A", 0xFFFFFFFF).Compare(Named<UInt32Value>("N", 1u)));
+    EXPECT_EQ(1, Named<UInt32Enum>("N", 10u).Compare(Named<UInt32Enum>("N", 9u)));
+    EXPECT_EQ(0, Named<TStringValue>("N", "a").Compare(Named<TStringValue>("n", "A")));
+    EXPECT_GT(0, Named<TStringValue>("A", "z").Compare(Named<TStringValue>("B", "a")));
+    // Of different classes: "N='B'" is before "N='a'" in the order that knows case.
+    EXPECT_GT(0, Named<TStringValue>("N", "B").Compare(Named<IdentValue>("N", "a")));
+}
+
+struct Source : ValueInfoSource {
+    using Text = TWinString<char>;
+    bool Tell(Text& out, const Text& text) const { return out = text, knows; }
+    bool GetDisplayName(const Value&, Text& out) override { return Tell(out, "Shown"); }
+    bool GetDescription(const Value&, Text& out) override { return Tell(out, "Described"); }
+    bool GetHelpFile(const Value&, Text& out) override { return Tell(out, "help.chm"); }
+    bool knows = true;
+};
+
+TEST_F(Values, TakeTheirTextsFromTheSourceThatKnowsThem) {
+    Source source;
+    auto value = Named<BooleanValue>("Mute", true);
+    EXPECT_EQ(nullptr, value.SetValueInfoSource(&source));
+    EXPECT_EQ("Shown", value.GetDisplayName());
+    EXPECT_EQ("Described", value.GetDescription());
+    EXPECT_EQ("help.chm", BooleanValue(value).GetHelpFile());
+    source.knows = false;
+    EXPECT_EQ("Mute", value.GetDisplayName() + value.GetDescription() + value.GetHelpFile());
+    EXPECT_EQ(&source, value.SetValueInfoSource(nullptr));
+}
+
+TEST_F(Values, FindTheirDisplayNameAmongTheirMembers) {
+    TStringValue displayName, name;
+    ValueTableEntry row;
+    row.SetDisplayName("Row");
+    EXPECT_EQ("Row", row.GetValueName());
+    row.DeclareValue(name, "Name");
+    row.SetDisplayName("First");
+    EXPECT_EQ("First", name.GetValue());
+    ValueCollection collection;
+    collection.DeclareValue(name);
+    collection.DeclareValue(displayName, "DisplayName");
+    EXPECT_EQ("First", collection.GetDisplayName());
+    collection.SetDisplayName("Second");
+    EXPECT_EQ("SecondFirst", collection.FabricateDisplayName() + name.GetValue());
+    // A row with a class of its own keeps its value name.
+    ExternalProgramValueTableEntry program;
+    program.DeclareValue(name);
+    EXPECT_EQ("", program.GetDisplayName());
+}
+
+/// The value and its copy are cast to their own class, and not to the other one.
+#define EXPECT_CAST(Class, Other)                              \
+    {                                                          \
+        const Class value;                                     \
+        const std::unique_ptr<Value> copy(value.Copy());       \
+        EXPECT_EQ(&value, KB_GetAs##Class(&value));            \
+        EXPECT_EQ(copy.get(), KB_GetAs##Class(copy.get()));    \
+        EXPECT_EQ(nullptr, KB_GetAs##Other(&value)) << #Other; \
+    }
+
+TEST_F(Values, AreCastToTheirExactClass) {
+    EXPECT_CAST(ValueCollection, ValueTableEntry);
+    EXPECT_CAST(ValueTableEntry, ValueCollection);
+    EXPECT_CAST(BooleanValue, Int32Value);
+    EXPECT_CAST(ByteArrayValue, TStringValue);
+    EXPECT_CAST(GuidValue, ValueList);
+    EXPECT_CAST(Int32Value, UInt32Value);
+    EXPECT_CAST(UInt32Value, UInt32Enum);
+    EXPECT_CAST(UInt32Enum, UInt32Value);
+    EXPECT_CAST(TStringValue, IdentValue);
+    EXPECT_CAST(FilenameValue, TStringValue);
+    EXPECT_CAST(IdentValue, TStringValue);
+    EXPECT_CAST(ExternalProgramValueTableEntry, ValueTableEntry);
+    EXPECT_CAST(MediaLocationValueTableEntry, ValueTableEntry);
+    const ExternalProgramValueTable programs("S");
+    const MediaLocationValueTable folders(MediaLocationValueTable::VideoRead);
+    EXPECT_TRUE(KB_GetAsValueTable(&programs) == &programs);
+    EXPECT_TRUE(KB_GetAsValueTable(&folders) == &folders);
+    EXPECT_FALSE(KB_GetAsExternalProgramValueTable(&programs));
+    EXPECT_FALSE(KB_GetAsMediaLocationValueTable(&folders) || KB_GetAsBooleanValue(nullptr));
+}
+
+}  // namespace
