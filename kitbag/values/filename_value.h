@@ -14,7 +14,6 @@ class KITBAG_API FilenameValue : public TStringValue {
     using TStringValue::TStringValue;
     FilenameValue() = default;
     FilenameValue(const TWinString<char>& path);
-    FilenameValue(const FilenameValue& other) = default;
 
     virtual FilenameValue& operator=(const FilenameValue& other) = default;
     using TStringValue::operator=;
@@ -50,8 +49,8 @@ class KITBAG_API FilenameValue : public TStringValue {
     bool IsExplicitDirectory() const;
     bool IsRelativeDirectory() const;
 
-    // By the extension in lower case only: the recorder writes it so, and what other programs wrote
-    // in upper case is left to them.
+    // By the extension in lower case only, as the application writes it: components leave files
+    // with other extensions alone.
     bool IsWindowsMedia() const;
     bool IsAVI() const;
     bool IsSSF() const;

@@ -4,7 +4,9 @@
 #include <shlobj.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <iterator>
+#include <memory>
 #include <string>
 
 namespace {

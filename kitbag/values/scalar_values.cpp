@@ -8,7 +8,6 @@
 #include <objbase.h>
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <utility>

@@ -41,8 +41,8 @@ class KITBAG_API BooleanValue : public kitbag::ScalarValue<BooleanValue, bool> {
     int type_ = 0;
 };
 
-/// A signed number, stored as REG_DWORD. ExistsRegistry keeps the base's answer, false: components
-/// take it to mean that their number is always theirs to write.
+/// A signed number, stored as REG_DWORD. ExistsRegistry keeps the base's answer, false: callers
+/// that ask it before they write count on writing every time.
 class KITBAG_API Int32Value : public kitbag::ScalarValue<Int32Value, long> {
  public:
     using ScalarValue::ScalarValue;
@@ -64,7 +64,7 @@ class KITBAG_API UInt32Value : public kitbag::ScalarValue<UInt32Value, unsigned 
     virtual unsigned long GetValue() const;
     virtual void SetValue(unsigned long value);
     /// With writeIfMissing, and with a registry source where nothing is stored, writes the default:
-    /// counters rely on finding theirs. No other class writes here.
+    /// components read such a value back from the registry themselves. No other class writes here.
     virtual void SetDefaultValue(unsigned long value, bool writeIfMissing = false);
     bool ExistsRegistry() const override;
 
@@ -102,7 +102,7 @@ class KITBAG_API GuidValue : public kitbag::ScalarValue<GuidValue, GUID> {
 ///     std::memcpy(key.SetValueSize(16), bytes, 16);
 ///     key.SetValue();
 ///
-/// Its default is empty. ExistsRegistry keeps the base's answer, false.
+/// Its default is empty. ExistsRegistry keeps the base's answer, as that of Int32Value does.
 class KITBAG_API ByteArrayValue
     : public kitbag::ScalarValue<ByteArrayValue, std::vector<unsigned char>> {
  public:
@@ -127,8 +127,8 @@ class KITBAG_API ByteArrayValue
     /// Where nothing is stored, the bytes stay as they are: no default is taken. Components load
     /// over bytes that they have prepared.
     void LoadRegistry() override;
-    /// One character of code 7 for each byte, whatever the bytes. Rows are found and ordered by
-    /// these texts, in stored settings too.
+    /// One character of code 7 for each byte, whatever the bytes: rows are found and ordered by
+    /// this text, so that another one would change what callers find.
     TWinString<char> SaveStringDataOnly() const override;
 };
 

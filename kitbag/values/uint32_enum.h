@@ -18,7 +18,6 @@
 class KITBAG_API UInt32Enum : public UInt32Value {
  public:
     using UInt32Value::UInt32Value;
-    UInt32Enum(const UInt32Enum& other) = default;
 
     virtual UInt32Enum& operator=(const UInt32Enum& other) = default;
     using UInt32Value::operator=;

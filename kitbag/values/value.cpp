@@ -4,8 +4,8 @@
 #include <kitbag/values/value_collection.h>
 #include <mbstring.h>
 
-#include <compare>
 #include <typeinfo>
+#include <utility>
 
 namespace {
 

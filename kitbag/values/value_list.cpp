@@ -2,7 +2,9 @@
 #include <kitbag/values/elements.h>
 #include <kitbag/values/value_list.h>
 
+#include <memory>
 #include <typeinfo>
+#include <utility>
 
 ValueList::ValueList() : ContainerValue(kitbag::kListActions) {}
 
