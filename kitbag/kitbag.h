@@ -22,6 +22,7 @@
 #include <kitbag/values/filename_value.h>
 #include <kitbag/values/media_location_table.h>
 #include <kitbag/runtime/com_error.h>
+#include <kitbag/runtime/idle_monitor.h>
 #include <kitbag/runtime/threads.h>
 #include <kitbag/runtime/time_delay_action.h>
 #include <kitbag/values/scalar_values.h>

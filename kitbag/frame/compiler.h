@@ -25,3 +25,12 @@ inline std::string StoredClassName(const std::type_info& type) {
 #endif
 
 }  // namespace kitbag
+
+/// KITBAG_SHARED_SECTION(".Name") before a variable's definition: the variable lies in a section of
+/// that name, of which all processes that load the library have one copy between them.
+#if defined(_MSC_VER)
+#define KITBAG_SHARED_SECTION(name) \
+    __pragma(section(name, read, write, shared)) __declspec(allocate(name))
+#else
+#define KITBAG_SHARED_SECTION(name) __attribute__((section(name), shared))
+#endif
