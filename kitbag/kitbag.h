@@ -23,6 +23,9 @@
 #include <kitbag/values/media_location_table.h>
 #include <kitbag/runtime/com_error.h>
 #include <kitbag/runtime/idle_monitor.h>
+#include <kitbag/runtime/performance_logger.h>
+#include <kitbag/runtime/performance_measurement.h>
+#include <kitbag/runtime/performance_timer.h>
 #include <kitbag/runtime/threads.h>
 #include <kitbag/runtime/time_delay_action.h>
 #include <kitbag/values/scalar_values.h>
