@@ -19,7 +19,8 @@
 /// refused, the next call tries both again.
 KITBAG_PLAIN BOOL KB_UserIdleMonitorInit();
 
-/// Removes the hooks; does nothing where the system itself tells the time.
+/// Removes the hooks. Does nothing where the system itself tells the time, nor after an Init whose
+/// keyboard hook was refused: a mouse hook is then left to the next Init.
 KITBAG_PLAIN void KB_UserIdleMonitorTerm();
 
 /// The milliseconds since the last input; right across the wrap of the tick counter after 49.7

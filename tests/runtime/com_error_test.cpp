@@ -1,47 +1,39 @@
+#include <comutil.h>
 #include <gtest/gtest.h>
+#include <kitbag/frame/win_string.h>
 #include <kitbag/runtime/com_error.h>
-#include <objbase.h>
-#include <oleauto.h>
 #include <tests/support/trace_capture.h>
-#include <wrl/client.h>
 
 #include <thread>
 
 namespace {
 
-std::wstring TakeDescription() {
-    Microsoft::WRL::ComPtr<IErrorInfo> error;
-    BSTR text = nullptr;
-    if (::GetErrorInfo(0, &error) == S_OK) error->GetDescription(&text);
-    EXPECT_EQ(0u, error.Reset());
-    const std::wstring description(text, ::SysStringLen(text));
-    ::SysFreeString(text);
-    return description;
-}
-
-/// Sets a text on a thread that holds so many initialisations of its own; leaves one more to undo.
-void SetOn(DWORD apartment, int initialisations, bool isTraced) {
+/// Leaves one initialisation to undo, whether it is the thread's own or not.
+void SetOn(DWORD apartment, bool isInitialised, const char* text, const wchar_t* expected) {
     kitbag::test::TraceCapture trace;
-    for (int i = 0; i < initialisations; ++i) ::CoInitializeEx(nullptr, apartment);
-    EXPECT_TRUE(KB_SetIErrorInfoA("Caf\xe9"));
-    char line[100];
-    std::snprintf(line, sizeof line,
-                  "CKitbag::SetIErrorInfo - Thread 0x%08lX should call CoInitialise\n",
-                  ::GetCurrentThreadId());
-    trace.Expect(isTraced ? std::vector<std::string>{line} : std::vector<std::string>{});
-    EXPECT_EQ(L"Caf\xe9", TakeDescription());
-    EXPECT_TRUE(KB_SetIErrorInfoA(nullptr));
-    EXPECT_EQ(L"", TakeDescription());
+    if (isInitialised) ::CoInitializeEx(nullptr, apartment);
+    EXPECT_TRUE(KB_SetIErrorInfoA(text));
+    TWinString<char> line;
+    line.Format("CKitbag::SetIErrorInfo - Thread 0x%08X should call CoInitialise\n",
+                ::GetCurrentThreadId());
+    const bool isTraced = !isInitialised || apartment == COINIT_MULTITHREADED;
+    trace.Expect(std::vector<std::string>(isTraced, line));
 
+    IErrorInfo* error = nullptr;
+    ASSERT_EQ(S_OK, ::GetErrorInfo(0, &error));
+    _bstr_t description;
+    error->GetDescription(description.GetAddress());
+    EXPECT_STREQ(expected, description);
+    EXPECT_EQ(0u, error->Release());
     ::CoUninitialize();
     EXPECT_EQ(S_OK, ::CoInitializeEx(nullptr, apartment));
     ::CoUninitialize();
 }
 
 TEST(ComError, LeavesATextAndOneInitialisationOnEveryKindOfThread) {
-    std::thread(SetOn, COINIT_APARTMENTTHREADED, 1, false).join();
-    std::thread(SetOn, COINIT_APARTMENTTHREADED, 0, true).join();
-    std::thread(SetOn, COINIT_MULTITHREADED, 1, true).join();
+    std::thread(SetOn, COINIT_APARTMENTTHREADED, true, "Caf\xe9", L"Caf\xe9").join();
+    std::thread(SetOn, COINIT_APARTMENTTHREADED, false, "", L"").join();
+    std::thread(SetOn, COINIT_MULTITHREADED, true, nullptr, nullptr).join();
 }
 
 }  // namespace

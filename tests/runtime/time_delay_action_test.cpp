@@ -9,17 +9,14 @@ DWORD WINAPI FakeTicks() { return now; }
 
 TEST(TimeDelayAction, ActsOnceMoreThanTheDelayHasPassed) {
     const kitbag::test::ImportPatch patch("GetTickCount", FakeTicks);
-    const struct {
-        DWORD tick, delay, actions;
-    } steps[] = {{1000, 1000, 0},    {1001, 1000, 1},   {2001, 1000, 1},   {2002, 1000, 2},
-                 {0xffffff00, 0, 3}, {0x100, 0x200, 3}, {0x100, 0x1ff, 4}, {0x101, MAXDWORD, 4}};
     TimeDelayAction action;
-    for (const auto& step : steps) {
-        now = step.tick;
-        const DWORD before = action.GetCount();
-        EXPECT_EQ(step.actions > before, action.DoAction(step.delay)) << now;
-        EXPECT_EQ(step.actions, action.GetCount());
-    }
+    const auto actsAt = [&](DWORD tick, DWORD delay) { return now = tick, action.DoAction(delay); };
+    EXPECT_FALSE(actsAt(1000, 1000));
+    EXPECT_TRUE(actsAt(1001, 1000));
+    EXPECT_TRUE(actsAt(0xffffff00, 0));
+    EXPECT_FALSE(actsAt(0x100, 0x200));
+    EXPECT_TRUE(actsAt(0x100, 0x1ff));
+    EXPECT_EQ(3u, action.GetCount());
 }
 
 }  // namespace
