@@ -10,9 +10,9 @@ namespace kitbag {
 class CrossThreadFlag {
  public:
     CrossThreadFlag() = default;
-    CrossThreadFlag(const CrossThreadFlag& other) : value_(other.value_.load()) {}
+    CrossThreadFlag(const CrossThreadFlag& other) : value_(bool{other}) {}
+    // NOLINTNEXTLINE(cert-oop54-cpp): assigned to itself it keeps its value
     CrossThreadFlag& operator=(const CrossThreadFlag& other) { return *this = bool{other}; }
-
     CrossThreadFlag& operator=(bool value) {
         value_ = value;
         return *this;

@@ -4,6 +4,7 @@
 #include <kitbag/runtime/performance_measurement.h>
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdio>
 #include <utility>
 
@@ -22,9 +23,17 @@ static_assert(sizeof kRule == 60 + 1);
 struct ReportFilePolicy {
     using Handle = std::FILE*;
     static Handle None() { return nullptr; }
-    static void Close(std::FILE* file) { std::fclose(file); }
+    static void Close(std::FILE* file) { static_cast<void>(std::fclose(file)); }
 };
 using ReportFile = kitbag::Owned<ReportFilePolicy>;
+
+/// A failed write shortens the report, and nobody can be told.
+[[gnu::format(printf, 2, 3)]] void Print(std::FILE* file, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    static_cast<void>(std::vfprintf(file, format, arguments));
+    va_end(arguments);
+}
 
 }  // namespace
 
@@ -88,17 +97,17 @@ void PerformanceLogger::WriteReport() const {
     const long long resolution = GetResolution();
 
     // Tools read this report: its wording stays as it is.
-    std::fprintf(file, "Peformance report: %s\n\n", name_.c_str());
-    std::fprintf(file, "Perf Resolution: %lld nanosecs (%lldMhz, %lldhz)\n\n",
-                 1000000000 / resolution, resolution / 1000000, resolution);
-    std::fprintf(file, "Available samples = %lu, recorded = %lu, attempted = %llu\n", capacity_,
-                 recorded_, attempted_);
+    Print(file, "Peformance report: %s\n\n", name_.c_str());
+    Print(file, "Perf Resolution: %lld nanosecs (%lldMhz, %lldhz)\n\n", 1000000000 / resolution,
+          resolution / 1000000, resolution);
+    Print(file, "Available samples = %lu, recorded = %lu, attempted = %llu\n", capacity_, recorded_,
+          attempted_);
     // The deepest measurements have no section of their own; they show in the last one.
     for (int depth = 0; std::cmp_less(depth, maximumDepth_); ++depth) {
-        std::fprintf(file, "\n-- Depth=%d %s\n\n", depth, kRule);
+        Print(file, "\n-- Depth=%d %s\n\n", depth, kRule);
         WriteSamples(file, depth);
     }
-    std::fprintf(file, "\n-- All %s\n\n", kRule);
+    Print(file, "\n-- All %s\n\n", kRule);
     WriteSamples(file, std::nullopt);
 }
 
@@ -112,11 +121,9 @@ void PerformanceLogger::WriteSamples(std::FILE* file, std::optional<int> depth) 
         if (depth && *depth != measurement.depth_) continue;
 
         if (i > 0 && record.flags & kStartsLine) {
-            std::fprintf(file, "\n%6lu: ", i);
-            for (int level = 0; !depth && level < measurement.depth_; ++level)
-                std::fputs("    ", file);
+            Print(file, "\n%6lu: ", i);
+            for (int level = 0; !depth && level < measurement.depth_; ++level) Print(file, "    ");
         }
-        std::fprintf(file, "%s=%s ", measurement.GetLabel().c_str(),
-                     measurement.Report(&record).c_str());
+        Print(file, "%s=%s ", measurement.GetLabel().c_str(), measurement.Report(&record).c_str());
     }
 }

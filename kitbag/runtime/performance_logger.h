@@ -60,7 +60,8 @@ class KITBAG_API PerformanceLogger : public PerformanceTimer {
     /// on making up for it.
     void StopAndProduceReport();
     /// Adds a sample; drops it, uncounted, outside a period. In a full buffer the last record
-    /// always holds the latest sample. The report leaves that record out.
+    /// always holds the latest sample. The report leaves that record out, and samples of a
+    /// measurement that is not registered.
     void AddRecord(unsigned long measurementIndex, unsigned long long value, bool newLine);
     /// Registers a measurement, which stays the caller's. The measurements do this themselves.
     void AddMeasurement(PerformanceMeasurement* measurement);
