@@ -22,37 +22,15 @@ const IMAGE_SECTION_HEADER& SharedSection() {
     return *section;
 }
 
-/// Keyboard hook, mouse hook, tick of the last input, address of GetLastInputInfo.
-DWORD* Words() { return reinterpret_cast<DWORD*>(Library() + SharedSection().VirtualAddress); }
-
-/// All processes share the words: one has them at a time, until its end, and starts from zero.
+/// All processes share the words: one has them at a time, until its end.
 class IdleMonitor : public testing::Test {
  protected:
     IdleMonitor() {
         static HANDLE mutex = ::CreateMutexA(nullptr, FALSE, "Kitbag idle monitor tests");
         ::WaitForSingleObject(mutex, INFINITE);
-        std::fill_n(Words(), 4, 0);
+        std::memset(Library() + SharedSection().VirtualAddress, 0, 16);
     }
 };
-
-TEST_F(IdleMonitor, SharesItsWordsWithEveryProcess) {
-    EXPECT_EQ(16u, SharedSection().Misc.VirtualSize);
-    const DWORD flags = IMAGE_SCN_MEM_SHARED | IMAGE_SCN_MEM_READ | IMAGE_SCN_MEM_WRITE;
-    EXPECT_EQ(flags, flags & SharedSection().Characteristics);
-    Words()[2] = 4242;
-    const auto reader = std::filesystem::path(_pgmptr).replace_filename("kitbag_idle_reader.exe");
-    EXPECT_EQ(4242, ::_wspawnl(_P_WAIT, reader.c_str(), reader.c_str(), nullptr));
-}
-
-TEST_F(IdleMonitor, AsksTheSystemWhereItCan) {
-    EXPECT_TRUE(KB_UserIdleMonitorInit());
-    KB_UserIdleMonitorTerm();
-    EXPECT_EQ(0u, Words()[0] | Words()[1]);
-    EXPECT_EQ(reinterpret_cast<DWORD>(&::GetLastInputInfo), Words()[3]);
-    LASTINPUTINFO info = {sizeof info, 0};
-    ::GetLastInputInfo(&info);
-    EXPECT_EQ(info.dwTime, KB_GetLastUserInputTime());
-}
 
 DWORD now = 0;
 DWORD WINAPI FakeTicks() { return now; }
@@ -78,25 +56,36 @@ LRESULT WINAPI FakeNext(HHOOK hook, int code, WPARAM first, LPARAM second) {
 }
 BOOL WINAPI FailToRemove(HHOOK hook) { return FakeNext(hook, 0, 0, FALSE); }
 
+TEST_F(IdleMonitor, AsksTheSystemWhereItCan) {
+    const ImportPatch patch("SetWindowsHookExA", FakeInstall);
+    EXPECT_TRUE(KB_UserIdleMonitorInit());
+    KB_UserIdleMonitorTerm();
+    EXPECT_EQ(Calls{}, TakeCalls());
+    LASTINPUTINFO info = {sizeof info, 0};
+    ::GetLastInputInfo(&info);
+    EXPECT_EQ(info.dwTime, KB_GetLastUserInputTime());
+}
+
 TEST_F(IdleMonitor, InstallsHooksWhereTheSystemCannotTell) {
     const ImportPatch find("GetProcAddress", FindNothing), ticks("GetTickCount", FakeTicks),
         install("SetWindowsHookExA", FakeInstall), next("CallNextHookEx", FakeNext),
         remove("UnhookWindowsHookEx", FailToRemove);
-    const auto initTwice = [](int keyboard, int mouse) {
+    const auto init = [](int keyboard, int mouse) {
         hooks[WH_KEYBOARD] = keyboard;
         hooks[WH_MOUSE] = mouse;
-        EXPECT_EQ(keyboard && mouse, KB_UserIdleMonitorInit() && KB_UserIdleMonitorInit());
+        EXPECT_EQ(keyboard && mouse, KB_UserIdleMonitorInit());
         return TakeCalls();
     };
-    EXPECT_EQ((Calls{2, 7}), initTwice(0, 0));
-    EXPECT_EQ((Calls{2, 7}), initTwice(0, 22));
-    EXPECT_EQ((Calls{22, 2, 7}), initTwice(11, 0));
-    EXPECT_EQ(Calls{}, initTwice(11, 0));
+    EXPECT_EQ((Calls{2, 7}), init(0, 0));
+    EXPECT_EQ((Calls{2, 7}), init(0, 22));
+    EXPECT_EQ((Calls{22, 2, 7}), init(11, 0));
+    EXPECT_EQ(Calls{}, init(11, 0));
     KB_UserIdleMonitorTerm();
     TakeCalls();
 
     now = 0xffffff00;
-    EXPECT_EQ((Calls{2, 7}), initTwice(11, 22));
+    EXPECT_EQ((Calls{2, 7}), init(11, 22));
+    EXPECT_EQ(Calls{}, init(11, 22));
     for (const int kind : {WH_KEYBOARD, WH_MOUSE}) {
         now += 500;
         EXPECT_EQ(6, procedures[kind](HC_NOREMOVE, 1, 2));
@@ -105,6 +94,13 @@ TEST_F(IdleMonitor, InstallsHooksWhereTheSystemCannotTell) {
         EXPECT_EQ(0u, KB_GetUserIdleTime());
         EXPECT_EQ((Calls{hooks[kind], hooks[kind]}), TakeCalls());
     }
+    // A second process sees what this one stored.
+    const auto reader = std::filesystem::path(_pgmptr).replace_filename("kitbag_idle_reader.exe");
+    EXPECT_EQ(now, DWORD(::_wspawnl(_P_WAIT, reader.c_str(), reader.c_str(), nullptr)));
+    EXPECT_EQ(16u, SharedSection().Misc.VirtualSize);
+    const DWORD flags = IMAGE_SCN_MEM_SHARED | IMAGE_SCN_MEM_READ | IMAGE_SCN_MEM_WRITE;
+    EXPECT_EQ(flags, flags & SharedSection().Characteristics);
+
     kitbag::test::TraceCapture trace;
     KB_UserIdleMonitorTerm();
     KB_UserIdleMonitorTerm();
@@ -123,15 +119,15 @@ TEST_F(IdleMonitor, HearsRealInputThroughItsHooks) {
     const ImportPatch patch("GetProcAddress", FindNothing);
     EXPECT_TRUE(KB_UserIdleMonitorInit());
     for (const auto input : {PressKey, MoveMouse}) {
-        Words()[2] = 0;
+        const DWORD before = KB_GetLastUserInputTime();
         // The first inputs may come before the window does.
-        for (int i = 0; KB_GetLastUserInputTime() == 0 && i < 5000; ++i) {
-            input();
+        for (int i = 0; KB_GetLastUserInputTime() == before && i < 5000; ++i) {
             ::Sleep(1);
+            input();
             for (MSG message; ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);)
                 ::DispatchMessageA(&message);
         }
-        EXPECT_NE(0u, KB_GetLastUserInputTime());
+        EXPECT_NE(before, KB_GetLastUserInputTime());
     }
     KB_UserIdleMonitorTerm();
     ::DestroyWindow(window);
