@@ -17,7 +17,9 @@ SimpleThread::~SimpleThread() {
 
 bool SimpleThread::Start(int priority) {
     if (thread_) ::CloseHandle(thread_);
-    thread_ = ::CreateThread(nullptr, 0, ThreadProc, this, 0, &threadId_);
+    DWORD id = threadId_;
+    thread_ = ::CreateThread(nullptr, 0, ThreadProc, this, 0, &id);
+    threadId_ = id;
     if (thread_) ::SetThreadPriority(thread_, priority);
     return true;
 }
@@ -31,6 +33,7 @@ bool SimpleThread::WaitForFinish(unsigned long timeout) const {
 
 DWORD SimpleThread::ThreadProc(void* object) {
     auto& self = *static_cast<SimpleThread*>(object);
+    self.threadId_ = ::GetCurrentThreadId();
     self.running_ = true;
     self.ThreadEntryPoint();
     self.running_ = false;

@@ -20,7 +20,7 @@
 #pragma once
 
 #include <kitbag/frame/export.h>
-#include <kitbag/runtime/cross_thread_flag.h>
+#include <kitbag/runtime/cross_thread.h>
 #include <windows.h>
 
 /// Runs one function on a thread of its own.
@@ -50,11 +50,12 @@ class KITBAG_API SimpleThread {
     virtual void ThreadEntryPoint() = 0;
 
     /// True while the thread is inside ThreadEntryPoint.
-    kitbag::CrossThreadFlag running_;
+    kitbag::CrossThread<bool> running_;
 
  private:
-    HANDLE thread_ = nullptr;
-    DWORD threadId_ = 0;
+    kitbag::CrossThread<HANDLE> thread_;
+    // Set by both sides: the new thread may ask before CreateThread has returned.
+    kitbag::CrossThread<DWORD> threadId_;
 };
 
 /// Calls DoWork again and again until it is stopped.
@@ -76,7 +77,7 @@ class KITBAG_API WorkerThread : public SimpleThread {
     virtual bool DoWork() = 0;
 
     /// The loop goes on while this is set.
-    kitbag::CrossThreadFlag active_;
+    kitbag::CrossThread<bool> active_;
 };
 
 /// Waits for an event and answers it, again and again until it is stopped.
