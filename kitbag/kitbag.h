@@ -15,12 +15,6 @@
 #include <kitbag/registry/dump.h>
 #include <kitbag/registry/tree.h>
 #include <kitbag/registry/values.h>
-#include <kitbag/system/module_tracking.h>
-#include <kitbag/system/module_version.h>
-#include <kitbag/system/system_information.h>
-#include <kitbag/values/external_program_table.h>
-#include <kitbag/values/filename_value.h>
-#include <kitbag/values/media_location_table.h>
 #include <kitbag/runtime/com_error.h>
 #include <kitbag/runtime/idle_monitor.h>
 #include <kitbag/runtime/performance_logger.h>
@@ -28,6 +22,12 @@
 #include <kitbag/runtime/performance_timer.h>
 #include <kitbag/runtime/threads.h>
 #include <kitbag/runtime/time_delay_action.h>
+#include <kitbag/system/module_tracking.h>
+#include <kitbag/system/module_version.h>
+#include <kitbag/system/system_information.h>
+#include <kitbag/values/external_program_table.h>
+#include <kitbag/values/filename_value.h>
+#include <kitbag/values/media_location_table.h>
 #include <kitbag/values/scalar_values.h>
 #include <kitbag/values/uint32_enum.h>
 #include <kitbag/values/user_interface_level.h>
