@@ -66,17 +66,6 @@ bool ContainerValue<Children>::RestartNeeded() const {
 template <class Children>
 void ContainerValue<Children>::UseDefaultValue() const {}
 
-template <class Children>
-TWinString<char> ContainerValue<Children>::JoinTexts(const char* separator) const {
-    TWinString<char> text;
-    const char* between = "";
-    for (const Value* child : Present(children_)) {
-        text.append(between).append(child->ToString());
-        between = separator;
-    }
-    return text;
-}
-
 template class ContainerValue<PointerSequence<Value>>;
 template class ContainerValue<OwnedSequence<Value>>;
 template class ContainerValue<OwnedSequence<ValueTableEntry>>;

@@ -36,8 +36,6 @@ class KITBAG_API ContainerValue : public Value {
 
  protected:
     void UseDefaultValue() const override;
-    /// The children's ToString, with separators between them.
-    TWinString<char> JoinTexts(const char* separator) const;
 
     mutable Children children_;
 };

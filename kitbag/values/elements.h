@@ -1,4 +1,5 @@
-// What lists and tables do alike with the elements that they own: copying, saving, loading.
+// What collections, lists and tables do alike with their elements, and how lists and tables copy,
+// save and load those that they own.
 //
 // The registry tree of a list or table is the key section\name. It holds "Table Version" and one
 // key for each element: 00000000, 00000001, ...
@@ -8,6 +9,7 @@
 #include <kitbag/registry/tree.h>
 #include <kitbag/registry/values.h>
 #include <kitbag/values/pointer_sequence.h>
+#include <kitbag/values/value.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -25,6 +27,20 @@ inline constexpr char kRowClass[] = "ValueTableEntry Class";
 /// In the key of a list's element.
 inline constexpr char kElementClass[] = "Value Class";
 inline constexpr char kElementName[] = "Value Name";
+
+/// A text of each value, with separators between them.
+template <class T>
+TWinString<char> JoinTexts(const PointerSequence<T>& values, const char* separator,
+                           TWinString<char> (Value::*text)() const) {
+    TWinString<char> joined;
+    const char* between = "";
+    for (const Value* value : values) {
+        if (!value) continue;
+        joined.append(between).append((value->*text)());
+        between = separator;
+    }
+    return joined;
+}
 
 /// The index that lies delta further, at most at the ends of what an int can hold.
 inline int Shifted(int index, int delta) {

@@ -55,7 +55,9 @@ class KITBAG_API Value : public CValueVisitor {
     /// A new object of the same class; the caller owns it.
     virtual Value* Copy() const = 0;
     /// The assigned value keeps its name and its own place in the registry, and nothing is written.
-    /// Only here does the other's need for a restart or a reboot become an answer of this value.
+    /// Only here does the other's action flag become this value's need for a restart or a reboot:
+    /// dialogs edit a copy, assign it and then ask. Called through a Value, it leaves the datum as
+    /// it is.
     virtual Value& operator=(const Value& other);
     virtual TWinString<char> GetValueName() const;
     virtual void SetValueName(const TWinString<char>& name);

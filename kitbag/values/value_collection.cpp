@@ -37,7 +37,9 @@ Value* ValueCollection::GetValue(const TWinString<char>& name) const {
 
 Value* ValueCollection::Copy() const { return new ValueCollection(*this); }
 bool ValueCollection::IsCollection() const { return true; }
-TWinString<char> ValueCollection::SaveStringDataOnly() const { return '{' + JoinTexts(",") + '}'; }
+TWinString<char> ValueCollection::SaveStringDataOnly() const {
+    return '{' + kitbag::JoinTexts(children_, ",", &Value::ToString) + '}';
+}
 
 void ValueCollection::SaveRegistry(const TWinString<char>& section) const {
     for (const Value* member : children_)
@@ -71,13 +73,7 @@ void ValueTableEntry::DeclareValue(Value& value, const TWinString<char>& name, b
 }
 
 void ValueTableEntry::GetIdent(IdentValue& ident) const {
-    TWinString<char> text;
-    const char* between = "";
-    for (const Value* member : identMembers_) {
-        text.append(between).append(member->SaveString());
-        between = "|";
-    }
-    ident.SetValue(text);
+    ident.SetValue(kitbag::JoinTexts(identMembers_, "|", &Value::SaveString));
 }
 
 IdentValue ValueTableEntry::GetIdent() const {

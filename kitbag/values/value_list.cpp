@@ -48,7 +48,9 @@ bool ValueList::ExistsRegistry(const TWinString<char>& key, unsigned long& versi
 }
 unsigned long ValueList::DeclareVersion() const { return 1; }
 
-TWinString<char> ValueList::SaveStringDataOnly() const { return '[' + JoinTexts(",\n") + ']'; }
+TWinString<char> ValueList::SaveStringDataOnly() const {
+    return '[' + kitbag::JoinTexts(children_, ",\n", &Value::ToString) + ']';
+}
 
 void ValueList::SaveRegistry(const TWinString<char>& section) const {
     const auto save = [](const Value& entry, const TWinString<char>& key) {

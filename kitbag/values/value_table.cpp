@@ -97,7 +97,9 @@ bool ValueTable::ExistsRegistry(const TWinString<char>& key, unsigned long& vers
 }
 unsigned long ValueTable::DeclareVersion() const { return 1; }
 
-TWinString<char> ValueTable::SaveStringDataOnly() const { return '[' + JoinTexts(",\n") + ']'; }
+TWinString<char> ValueTable::SaveStringDataOnly() const {
+    return '[' + kitbag::JoinTexts(children_, ",\n", &Value::ToString) + ']';
+}
 
 void ValueTable::SaveRegistry(const TWinString<char>& section) const {
     const auto save = [](const ValueTableEntry& row, const TWinString<char>& key) {
