@@ -1,5 +1,6 @@
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_form.h>
+#include <kitbag/registry/delete_tree.h>
 #include <kitbag/registry/settings_key.h>
 #include <kitbag/registry/tree.h>
 
@@ -16,24 +17,6 @@ template <class Ch>
 bool DeleteValueOf(const Ch* section, const Ch* name) {
     const RegistryKey key = CreateSection(section);
     return key && DeleteValue(key.Get(), name) == ERROR_SUCCESS;
-}
-
-template <class Ch>
-LSTATUS DeleteTree(HKEY parent, const Ch* name) {
-    // Without this the parent itself would be deleted.
-    if (Length(name) == 0) return ERROR_BADKEY;
-
-    RegistryKey key;
-    LSTATUS status = OpenKey(parent, name, DELETE | KEY_ENUMERATE_SUB_KEYS, key.Receive());
-    while (status == ERROR_SUCCESS) {
-        Ch child[256];
-        DWORD length = std::size(child);
-        // Always the first one: the previous child is gone.
-        status = EnumerateKeyEx(key.Get(), 0, child, &length);
-        if (status == ERROR_NO_MORE_ITEMS) return DeleteKey(parent, name);
-        if (status == ERROR_SUCCESS) status = DeleteTree<Ch>(key.Get(), child);
-    }
-    return status;
 }
 
 template <class Ch>

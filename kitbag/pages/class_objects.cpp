@@ -1,0 +1,15 @@
+#include <kitbag/frame/class_object_map.h>
+#include <kitbag/frame/com_object.h>
+#include <kitbag/pages.h>
+#include <kitbag/pages/page_factory.h>
+#include <kitbag/pages/server_registration.h>
+
+namespace kitbag {
+
+constinit ClassObjectEntry classObjectMap[] = {
+    {{&CLSID_KivPageFactory, &CreateObject<CKivPageFactory>, nullptr, nullptr},
+     &UpdatePageFactoryRegistration},
+    {},
+};
+
+}  // namespace kitbag

@@ -1,0 +1,253 @@
+#include <comdef.h>
+#include <comutil.h>
+#include <kitbag/frame/debug_trace.h>
+#include <kitbag/frame/guard.h>
+#include <kitbag/frame/text_conversion.h>
+#include <kitbag/pages/page_factory.h>
+#include <kitbag/pages/page_owner.h>
+#include <kitbag/registry/directories.h>
+#include <kitbag/registry/values.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kitbag {
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+/// The settings that give a page another file than the one it is named for.
+constexpr char kSkinsSection[] = "Skins";
+
+_bstr_t ToBstr(const std::string& text) { return _bstr_t(ToWide(text.c_str()).c_str()); }
+
+std::string Join(const std::string& directory, const std::string& name) {
+    return directory + (directory.ends_with('\\') ? "" : "\\") + name;
+}
+
+/// Up to and including the last backslash.
+std::string DirectoryOf(const std::string& file) { return file.substr(0, file.rfind('\\') + 1); }
+
+/// Empty where there is none.
+std::string SkinDirectory(const char* operation) {
+    TWinString<char> directory;
+    if (KB_GetSkinDirectoryA(directory)) return directory;
+    DebugTrace("CKivPageFactory::%s - Can't get skin directory\n", operation);
+    return {};
+}
+
+HRESULT LoadFirstImage(const std::string& name, const std::initializer_list<std::string>& folders,
+                       IUnknown** image) {
+    ComPtr<IKivGraphicFactory> graphics;
+    if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
+    for (const std::string& folder : folders) {
+        if (folder.empty()) continue;
+        ComPtr<IUnknown> loaded;
+        if (FAILED(graphics->LoadImageFile(ToBstr(Join(folder, name)), loaded.GetAddressOf())))
+            continue;
+        *image = loaded.Detach();
+        return S_OK;
+    }
+    return E_FAIL;
+}
+
+HRESULT CreateDefaultOwner(ComPtr<IKivPageOwner>& owner) {
+    const HRESULT result =
+        CreateObject<CKivPageOwner>(nullptr, IID_PPV_ARGS(owner.GetAddressOf()));
+    if (SUCCEEDED(result) || result == E_OUTOFMEMORY) return result;
+    DebugTrace("CKivPageFactory::CreatePage - Can't create default page owner\n");
+    return E_FAIL;
+}
+
+}  // namespace
+
+STDMETHODIMP CKivPageFactory::SetDefaultObject(IUnknown* object) {
+    Object changing(object);
+    changing.Swap(defaultObject_);
+    return S_OK;
+}
+
+STDMETHODIMP CKivPageFactory::RegisterObject(GUID identifier, IUnknown* object) {
+    return Guarded(
+        [&] {
+            Object changing(object);
+            changing.Swap(objects_[identifier]);
+            return S_OK;
+        },
+        E_OUTOFMEMORY);
+}
+
+STDMETHODIMP CKivPageFactory::GetRegisteredObject(GUID identifier, IUnknown** object) {
+    if (!object) return E_POINTER;
+    const auto found = objects_.find(identifier);
+    const bool registered = found != objects_.end() && found->second;
+    return (registered ? found->second : defaultObject_).CopyTo(object);
+}
+
+std::string CKivPageFactory::ScriptFile(LONG index, const char* operation) const {
+    const std::string& name = pageFiles_[static_cast<std::size_t>(index)];
+    if (name.find_first_of(":\\") != name.npos) return name;
+    const std::string directory = SkinDirectory(operation);
+    return directory.empty() ? name : Join(directory, name);
+}
+
+STDMETHODIMP CKivPageFactory::GetScript(LONG index, IUnknown** script) {
+    if (!script) return E_POINTER;
+    *script = nullptr;
+    if (!IsPage(index)) return E_INVALIDARG;
+    return Guarded(
+        [&]() -> HRESULT {
+            const std::string file = ScriptFile(index, "GetScript");
+            locale_.Update();
+            ComPtr<IKivGraphicFactory> graphics;
+            if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
+            Object loaded;
+            const HRESULT result = graphics->LoadScript(
+                ToBstr(file), ToBstr(DirectoryOf(file)), ToBstr(locale_.language),
+                ToBstr(locale_.subLanguage), loaded.GetAddressOf());
+            if (SUCCEEDED(result)) *script = loaded.Detach();
+            return result;
+        },
+        E_OUTOFMEMORY);
+}
+
+STDMETHODIMP CKivPageFactory::SetScript(LONG index, IUnknown* script) {
+    if (!script) return E_POINTER;
+    if (!IsPage(index)) return E_INVALIDARG;
+    return Guarded(
+        [&]() -> HRESULT {
+            const std::string file = ScriptFile(index, "SetScript");
+            ComPtr<IKivGraphicFactory> graphics;
+            if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
+            return graphics->SaveScript(ToBstr(file), script);
+        },
+        E_OUTOFMEMORY);
+}
+
+STDMETHODIMP CKivPageFactory::GetScriptImage(LONG, BSTR file, IUnknown** image) {
+    if (!image) return E_POINTER;
+    *image = nullptr;
+    return Guarded(
+        [&] {
+            const std::string skin = SkinDirectory("GetScriptImage");
+            return LoadFirstImage(ToNarrow(file), {locale_.subLanguage, locale_.language, skin},
+                                  image);
+        },
+        E_OUTOFMEMORY);
+}
+
+STDMETHODIMP CKivPageFactory::GetScriptImage2(LONG unused, BSTR file, IUnknown** image) {
+    return GetScriptImage(unused, file, image);
+}
+
+STDMETHODIMP CKivPageFactory::GetPageCount(LONG* count) {
+    if (!count) return E_POINTER;
+    *count = PageCount();
+    return S_OK;
+}
+
+STDMETHODIMP CKivPageFactory::LoadResourceString(LONG, LONG identifier, BSTR* text) {
+    if (!text) return E_POINTER;
+    *text = nullptr;
+    HINSTANCE module = resourceModule_ ? resourceModule_ : moduleRecord.resourceInstance;
+    char buffer[512];
+    if (!::LoadStringA(module, static_cast<UINT>(identifier), buffer, std::size(buffer)))
+        return E_FAIL;
+    return Guarded(
+        [&] {
+            *text = ToBstr(buffer).Detach();
+            return S_OK;
+        },
+        E_OUTOFMEMORY);
+}
+
+STDMETHODIMP CKivPageFactory::SetResourceModule(HMODULE resourceModule) {
+    resourceModule_ = resourceModule;
+    return S_OK;
+}
+
+STDMETHODIMP CKivPageFactory::AddPage(BSTR name, LONG* index) {
+    if (!name || !*name) return E_INVALIDARG;
+    return Guarded(
+        [&] {
+            const std::string pageName = ToNarrow(name);
+            TWinString<char> file;
+            if (!KB_GetTStringA(kSkinsSection, pageName.c_str(), file)) file = pageName;
+            // The pages first: they are never fewer than the files, even where memory runs out.
+            pages_.resize(pageFiles_.size() + 1);
+            pageFiles_.push_back(std::move(file));
+            if (index) *index = PageCount() - 1;
+            return S_OK;
+        },
+        E_OUTOFMEMORY);
+}
+
+STDMETHODIMP CKivPageFactory::GetPage(LONG index, IUnknown** page) {
+    if (!page) return E_POINTER;
+    *page = nullptr;
+    if (!IsPage(index)) return E_INVALIDARG;
+    return pages_[static_cast<std::size_t>(index)].CopyTo(page);
+}
+
+STDMETHODIMP CKivPageFactory::CreatePage(LONG index, IKivUserInterface* userInterface,
+                                         IKivPageOwner* owner, IUnknown** page) {
+    if (page) *page = nullptr;
+    if (!userInterface) {
+        DebugTrace("CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n");
+        return E_POINTER;
+    }
+    if (pageFiles_.empty()) {
+        DebugTrace("CKivPageFactory::CreatePage - No filenames for pages given\n");
+        return E_FAIL;
+    }
+    if (index >= PageCount()) {
+        DebugTrace("CKivPageFactory::CreatePage - Index invalid\n");
+        return E_INVALIDARG;
+    }
+    return Guarded(
+        [&]() -> HRESULT {
+            // The user interface may let go of any of the three while it creates a page.
+            const ComPtr<IKivPageFactory> self(this);
+            const ComPtr<IKivUserInterface> creator(userInterface);
+            ComPtr<IKivPageOwner> pageOwner(owner);
+            if (!owner)
+                if (const HRESULT result = CreateDefaultOwner(pageOwner); FAILED(result))
+                    return result;
+            return index < 0 ? CreateAllPages(creator.Get(), pageOwner.Get())
+                             : CreateOnePage(index, creator.Get(), pageOwner.Get(), page);
+        },
+        E_OUTOFMEMORY);
+}
+
+HRESULT CKivPageFactory::CreateAllPages(IKivUserInterface* userInterface, IKivPageOwner* owner) {
+    HRESULT lastFailure = S_OK;
+    for (LONG index = 0; index < PageCount(); ++index) {
+        const HRESULT result = CreateOnePage(index, userInterface, owner, nullptr);
+        if (FAILED(result)) lastFailure = result;
+    }
+    return lastFailure;
+}
+
+HRESULT CKivPageFactory::CreateOnePage(LONG index, IKivUserInterface* userInterface,
+                                       IKivPageOwner* owner, IUnknown** page) {
+    const auto position = static_cast<std::size_t>(index);
+    Object changing;
+    const HRESULT result =
+        userInterface->CreatePage(owner, this, index, changing.GetAddressOf());
+    if (FAILED(result)) {
+        DebugTrace("CKivPageFactory::CreatePage - Failed to create page '%s' (HRESULT:%08X)\n",
+                   pageFiles_[position].c_str(), static_cast<unsigned>(result));
+        return result;
+    }
+    if (page) changing.CopyTo(page);
+    changing.Swap(pages_[position]);
+    return result;
+}
+
+STDMETHODIMP CKivPageFactory::InterfaceSupportsErrorInfo(REFIID interfaceId) {
+    return interfaceId == __uuidof(IKivPageFactory) ? S_OK : S_FALSE;
+}
+
+}  // namespace kitbag
