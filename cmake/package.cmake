@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Kitbag")
 
-install(TARGETS Kitbag EXPORT KitbagTargets
+install(TARGETS Kitbag KitbagInterfaces EXPORT KitbagTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

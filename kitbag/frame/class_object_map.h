@@ -6,10 +6,12 @@
 
 namespace kitbag {
 
+using CreateInstanceFunction = HRESULT(WINAPI*)(IUnknown* outer, REFIID interfaceId, void** object);
+
 /// A class as module records of version 1 list it. An entry without a class identifier ends a map.
 struct ClassObjectEntryV1 {
     const CLSID* classId;
-    HRESULT(WINAPI* createInstance)(IUnknown* outer, REFIID interfaceId, void** object);
+    CreateInstanceFunction createInstance;
     /// The class object once it was asked for; the module record owns the reference.
     IUnknown* classObject;
     /// Called with true when the library is loaded and with false when it is unloaded; may be null.
@@ -21,7 +23,7 @@ struct ClassObjectEntry : ClassObjectEntryV1 {
     HRESULT (*updateRegistry)(bool install);
 };
 
-/// The library's own classes.
+/// The library's own classes; the room that implements them defines it.
 extern ClassObjectEntry classObjectMap[];
 
 }  // namespace kitbag

@@ -1,4 +1,4 @@
-// What the system calls when a process loads and unloads the library.
+// What the system calls when a process loads, uses and unloads the library.
 
 #include <kitbag/frame/class_object_map.h>
 #include <kitbag/frame/debug_trace.h>
@@ -28,6 +28,11 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void*) {
     if (reason == DLL_PROCESS_ATTACH) AttachProcess(library);
     if (reason == DLL_PROCESS_DETACH) DetachProcess();
     return TRUE;
+}
+
+// Asked by COM for the class object of a class that is registered for this library.
+KITBAG_PLAIN HRESULT WINAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
+    return moduleRecord.GetClassObject(classId, interfaceId, object);
 }
 
 // Asked by COM before it unloads the library: busy while objects or server locks are alive.

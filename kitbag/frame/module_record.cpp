@@ -1,3 +1,4 @@
+#include <kitbag/frame/class_factory.h>
 #include <kitbag/frame/module_record.h>
 
 #include <memory>
@@ -55,10 +56,42 @@ void ModuleRecord::DestroyHeaps() {
 bool ModuleRecord::AddTerminationCallback(TerminationFunction function, DWORD_PTR argument) {
     auto* node = new (std::nothrow) TerminationCallback{function, argument, nullptr};
     if (!node) return false;
-    ::EnterCriticalSection(&generalSection);
+    const SectionLock lock(generalSection);
     node->next = std::exchange(terminationCallbacks, node);
-    ::LeaveCriticalSection(&generalSection);
     return true;
+}
+
+HRESULT ModuleRecord::GetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    ClassObjectEntryV1* entry = Find(classId);
+    if (!entry) return CLASS_E_CLASSNOTAVAILABLE;
+
+    const SectionLock lock(classCreationSection);
+    if (!entry->classObject)
+        entry->classObject = new (std::nothrow) ClassFactory(entry->createInstance);
+    if (!entry->classObject) return E_OUTOFMEMORY;
+    return entry->classObject->QueryInterface(interfaceId, object);
+}
+
+HRESULT ModuleRecord::UpdateRegistry(bool install) {
+    // Map entries of the first version know nothing of registration.
+    if (version == kFirstVersion) return S_OK;
+    HRESULT result = S_OK;
+    const SectionLock lock(objectMapSection);
+    for (auto* entry = classObjects; entry->classId; entry = Next(entry)) {
+        const auto update = static_cast<ClassObjectEntry*>(entry)->updateRegistry;
+        const HRESULT updated = update ? update(install) : S_OK;
+        if (SUCCEEDED(result)) result = updated;
+        if (install && FAILED(result)) break;
+    }
+    return result;
+}
+
+ClassObjectEntryV1* ModuleRecord::Find(REFCLSID classId) const {
+    auto* entry = classObjects;
+    while (entry->classId && *entry->classId != classId) entry = Next(entry);
+    return entry->classId ? entry : nullptr;
 }
 
 ClassObjectEntryV1* ModuleRecord::Next(ClassObjectEntryV1* entry) const {

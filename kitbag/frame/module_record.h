@@ -6,10 +6,26 @@
 
 namespace kitbag {
 
+/// Holds a critical section for a scope.
+class SectionLock {
+ public:
+    explicit SectionLock(CRITICAL_SECTION& section) : section_(section) {
+        ::EnterCriticalSection(&section_);
+    }
+    ~SectionLock() { ::LeaveCriticalSection(&section_); }
+    SectionLock(const SectionLock&) = delete;
+    SectionLock& operator=(const SectionLock&) = delete;
+
+ private:
+    CRITICAL_SECTION& section_;
+};
+
 using TerminationFunction = void(WINAPI*)(DWORD_PTR argument);
 
-/// One per process. Initialise and Terminate run under the system's loader lock; the lock count may
-/// be changed from any thread, the list of callbacks under the general critical section.
+/// One per process. Initialise and Terminate run under the system's loader lock; everything else
+/// may be called from any thread: the lock count is changed with interlocked operations, the list
+/// of callbacks under the general critical section, the class objects under theirs, and whoever
+/// registers or unregisters the classes of the map holds the map's.
 struct ModuleRecord {
     static constexpr DWORD kFirstVersion = 1;
     static constexpr DWORD kCurrentVersion = 2;
@@ -45,6 +61,14 @@ struct ModuleRecord {
     LONG Lock() { return ::InterlockedIncrement(&lockCount); }
     LONG Unlock() { return ::InterlockedDecrement(&lockCount); }
 
+    /// Asks the class object of one of the map's classes for an interface; it is created at the
+    /// first request and kept until the library is unloaded.
+    HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object);
+
+    /// Has every class of the map that can do so write its registration, or take it back. Writing
+    /// stops at the first failure; taking back goes on and answers the first failure.
+    HRESULT UpdateRegistry(bool install);
+
     /// Has the function called with the argument when the library is unloaded; the newest comes
     /// first. False when out of memory.
     bool AddTerminationCallback(TerminationFunction function, DWORD_PTR argument);
@@ -53,6 +77,7 @@ struct ModuleRecord {
     ClassObjectEntryV1* Next(ClassObjectEntryV1* entry) const;
 
  private:
+    ClassObjectEntryV1* Find(REFCLSID classId) const;
     void ReleaseClassObjects();
     void RunTerminationCallbacks();
     void DestroyHeaps();

@@ -1,4 +1,4 @@
-/* Identifiers of the library's string table; read by the resource compiler too. */
+/* Identifiers of the library's resources; read by the resource compiler too. */
 #pragma once
 
 #define KITBAG_STRING_CONFIG_PROMPT 101
@@ -13,3 +13,6 @@
 #define KITBAG_STRING_OFF 398
 #define KITBAG_STRING_YES 399
 #define KITBAG_STRING_NO 400
+
+/* A resource of the type REGISTRY. */
+#define KITBAG_REGISTRATION_SCRIPT 1

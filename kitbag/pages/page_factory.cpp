@@ -54,8 +54,7 @@ HRESULT LoadFirstImage(const std::string& name, const std::initializer_list<std:
 }
 
 HRESULT CreateDefaultOwner(ComPtr<IKivPageOwner>& owner) {
-    const HRESULT result =
-        CreateObject<CKivPageOwner>(nullptr, IID_PPV_ARGS(owner.GetAddressOf()));
+    const HRESULT result = CreateObject<CKivPageOwner>(nullptr, IID_PPV_ARGS(owner.GetAddressOf()));
     if (SUCCEEDED(result) || result == E_OUTOFMEMORY) return result;
     DebugTrace("CKivPageFactory::CreatePage - Can't create default page owner\n");
     return E_FAIL;
@@ -234,8 +233,7 @@ HRESULT CKivPageFactory::CreateOnePage(LONG index, IKivUserInterface* userInterf
                                        IKivPageOwner* owner, IUnknown** page) {
     const auto position = static_cast<std::size_t>(index);
     Object changing;
-    const HRESULT result =
-        userInterface->CreatePage(owner, this, index, changing.GetAddressOf());
+    const HRESULT result = userInterface->CreatePage(owner, this, index, changing.GetAddressOf());
     if (FAILED(result)) {
         DebugTrace("CKivPageFactory::CreatePage - Failed to create page '%s' (HRESULT:%08X)\n",
                    pageFiles_[position].c_str(), static_cast<unsigned>(result));

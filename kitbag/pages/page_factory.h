@@ -14,8 +14,8 @@
 
 namespace kitbag {
 
-/// Lives in the apartment of the thread that created it and takes no locks. Everything that it calls
-/// may call back into it, so an object is let go only when the factory is in order again.
+/// Lives in the apartment of the thread that created it and takes no locks. Everything that it
+/// calls may call back into it, so an object is let go only when the factory is in order again.
 class CKivPageFactory final
     : public DispatchObject<PageFactoryTypeInfo, IKivPageFactory, ISupportErrorInfo> {
  public:

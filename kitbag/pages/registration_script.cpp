@@ -12,7 +12,7 @@ namespace {
 constexpr std::wstring_view kBlanks = L" \t\r\n";
 constexpr std::wstring_view kMarks = L"{}=";
 
-constexpr std::pair<std::wstring_view, HKEY> kRoots[] = {
+const std::pair<std::wstring_view, HKEY> kRoots[] = {
     {L"HKCR", HKEY_CLASSES_ROOT},
     {L"HKCU", HKEY_CURRENT_USER},
     {L"HKLM", HKEY_LOCAL_MACHINE},
@@ -21,14 +21,15 @@ constexpr std::pair<std::wstring_view, HKEY> kRoots[] = {
 
 /// Losing one of these would break every other program.
 constexpr const wchar_t* kSharedKeys[] = {
-    L"AppID", L"CLSID",    L"Component Categories", L"Hardware", L"Interface", L"MIME",
-    L"SAM",   L"Security", L"Software",             L"System",   L"TypeLib",
+    L"AppID",    L"CLSID",     L"Component Categories",
+    L"Hardware", L"Interface", L"MIME",
+    L"SAM",      L"Security",  L"Software",
+    L"System",   L"TypeLib",
 };
 
 bool IsShared(const std::wstring& name) {
-    return std::ranges::any_of(kSharedKeys, [&](const wchar_t* shared) {
-        return ::lstrcmpiW(shared, name.c_str()) == 0;
-    });
+    return std::ranges::any_of(
+        kSharedKeys, [&](const wchar_t* shared) { return ::lstrcmpiW(shared, name.c_str()) == 0; });
 }
 
 /// The words of a script, one after the other.

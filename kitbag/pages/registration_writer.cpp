@@ -17,9 +17,7 @@ LSTATUS UnlessMissing(LSTATUS status) {
     return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
 }
 
-LSTATUS FirstFailure(LSTATUS first, LSTATUS next) {
-    return first == ERROR_SUCCESS ? next : first;
-}
+LSTATUS FirstFailure(LSTATUS first, LSTATUS next) { return first == ERROR_SUCCESS ? next : first; }
 
 LSTATUS WriteData(HKEY key, const wchar_t* name, const RegistrationData& data) {
     if (const auto* number = std::get_if<DWORD>(&data))
@@ -41,7 +39,8 @@ LSTATUS Write(HKEY parent, const RegistrationEntry& entry) {
 
     RegistryKey key;
     status = CreateKey(parent, name, KEY_READ | KEY_WRITE, key.Receive());
-    if (status == ERROR_SUCCESS && entry.data) status = WriteData(key.Get(), kDefaultValue, *entry.data);
+    if (status == ERROR_SUCCESS && entry.data)
+        status = WriteData(key.Get(), kDefaultValue, *entry.data);
     return status == ERROR_SUCCESS ? WriteAll(key.Get(), entry.entries) : status;
 }
 
@@ -54,9 +53,8 @@ LSTATUS WriteAll(HKEY key, const Entries& entries) {
 LSTATUS RemoveIfEmpty(HKEY parent, const wchar_t* name, HKEY key) {
     DWORD keys = 0;
     DWORD values = 0;
-    const LSTATUS status =
-        ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values,
-                           nullptr, nullptr, nullptr, nullptr);
+    const LSTATUS status = ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr,
+                                              nullptr, &values, nullptr, nullptr, nullptr, nullptr);
     if (status != ERROR_SUCCESS || keys + values > 0) return status;
     return DeleteKey(parent, name);
 }
@@ -65,8 +63,7 @@ LSTATUS RemoveAll(HKEY key, const Entries& entries);
 
 LSTATUS RemoveNamed(HKEY parent, const RegistrationEntry& entry) {
     RegistryKey key;
-    LSTATUS status =
-        OpenKey(parent, entry.name.c_str(), KEY_READ | KEY_WRITE, key.Receive());
+    LSTATUS status = OpenKey(parent, entry.name.c_str(), KEY_READ | KEY_WRITE, key.Receive());
     if (status != ERROR_SUCCESS) return status;
 
     status = RemoveAll(key.Get(), entry.entries);

@@ -12,8 +12,8 @@ namespace kitbag {
 HRESULT WriteRegistration(const std::vector<RegistrationRoot>& roots);
 
 /// Takes back what the entries write, as far as it is there: own keys with everything in them, of
-/// other keys the values and keys that the script names. A key of ours goes once it is empty. Goes on
-/// after a failure and answers the first one.
+/// other keys the values and keys that the script names. A key of ours goes once it is empty. Goes
+/// on after a failure and answers the first one.
 HRESULT RemoveRegistration(const std::vector<RegistrationRoot>& roots);
 
 }  // namespace kitbag

@@ -34,7 +34,9 @@ HRESULT LoadOwn(TypeLibrary& loaded) {
 /// Owns the attributes of a type library.
 class Attributes {
  public:
-    explicit Attributes(ITypeLib* library) : library_(library) { library->GetLibAttr(&attributes_); }
+    explicit Attributes(ITypeLib* library) : library_(library) {
+        library->GetLibAttr(&attributes_);
+    }
     ~Attributes() {
         if (attributes_) library_->ReleaseTLibAttr(attributes_);
     }
@@ -50,8 +52,8 @@ class Attributes {
 
 bool IsRegistered(const TLIBATTR& type) {
     BSTR path = nullptr;
-    const HRESULT result = ::QueryPathOfRegTypeLib(type.guid, type.wMajorVerNum, type.wMinorVerNum,
-                                                   type.lcid, &path);
+    const HRESULT result =
+        ::QueryPathOfRegTypeLib(type.guid, type.wMajorVerNum, type.wMinorVerNum, type.lcid, &path);
     ::SysFreeString(path);
     return SUCCEEDED(result);
 }
@@ -59,7 +61,9 @@ bool IsRegistered(const TLIBATTR& type) {
 /// Under the general critical section.
 ITypeInfo* pageFactoryInfo = nullptr;
 
-void WINAPI ReleasePageFactoryInfo(DWORD_PTR) { std::exchange(pageFactoryInfo, nullptr)->Release(); }
+void WINAPI ReleasePageFactoryInfo(DWORD_PTR) {
+    std::exchange(pageFactoryInfo, nullptr)->Release();
+}
 
 HRESULT LoadPageFactoryInfo() {
     TypeLibrary own;

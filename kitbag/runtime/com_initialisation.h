@@ -7,9 +7,9 @@
 
 namespace kitbag {
 
-/// Callers should have initialised COM on their thread; for them the count of initialisations is the
-/// same again afterwards. On any other thread the trace says so, and COM stays initialised for good:
-/// what the call leaves behind has to outlive it.
+/// Callers should have initialised COM on their thread; for them the count of initialisations is
+/// the same again afterwards. On any other thread the trace says so, and COM stays initialised for
+/// good: what the call leaves behind has to outlive it.
 class ComInitialisation {
  public:
     explicit ComInitialisation([[maybe_unused]] const char* caller)

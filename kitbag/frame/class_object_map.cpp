@@ -1,7 +1,0 @@
-#include <kitbag/frame/class_object_map.h>
-
-namespace kitbag {
-
-ClassObjectEntry classObjectMap[] = {{}};
-
-}  // namespace kitbag
