@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::wstring_view kBlanks = L" \t\r\n";
 constexpr std::wstring_view kMarks = L"{}=";
+/// What ends a word that is not quoted.
+constexpr std::wstring_view kEnds = L" \t\r\n{}='";
 
 const std::pair<std::wstring_view, HKEY> kRoots[] = {
     {L"HKCR", HKEY_CLASSES_ROOT},
@@ -83,13 +85,11 @@ class Words {
     }
 
     std::wstring ReadBare() {
-        auto end = next_;
-        while (end < script_.size() && kBlanks.find(script_[end]) == kBlanks.npos &&
-               kMarks.find(script_[end]) == kMarks.npos)
-            ++end;
+        auto end = std::min(script_.find_first_of(kEnds, next_), script_.size());
         // A mark is a word of its own.
         if (end == next_ && end < script_.size()) ++end;
-        return std::wstring(script_.substr(std::exchange(next_, end), end - start_));
+        next_ = end;
+        return std::wstring(script_.substr(start_, end - start_));
     }
 
     std::wstring ReadQuoted() {
