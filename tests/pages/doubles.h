@@ -1,6 +1,8 @@
 // COM objects of the tests' own: they live on the stack and know who still refers to them.
 #pragma once
 
+#include <comdef.h>
+#include <comutil.h>
 #include <gtest/gtest.h>
 #include <kitbag/pages.h>
 #include <wrl/client.h>
@@ -17,10 +19,7 @@ using Microsoft::WRL::ComPtr;
 template <class Interface = IUnknown>
 class Double : public Interface {
  public:
-    Double() = default;
     virtual ~Double() { EXPECT_EQ(0, references); }
-    Double(const Double&) = delete;
-    Double& operator=(const Double&) = delete;
 
     STDMETHODIMP QueryInterface(REFIID id, void** object) override {
         const bool answers = id == __uuidof(Interface) || id == IID_IUnknown;
@@ -39,12 +38,10 @@ class UserInterface final : public Double<IKivUserInterface> {
  public:
     STDMETHODIMP CreatePage(IKivPageOwner* owner, IKivPageFactory* factory, LONG index,
                             IUnknown** page) override {
-        created.push_back(index);
         return create(owner, factory, index, page);
     }
 
     std::function<HRESULT(IKivPageOwner*, IKivPageFactory*, LONG, IUnknown**)> create;
-    std::vector<LONG> created;
 };
 
 /// The application's graphic factory: notes what it is handed and refuses while refusals are left.
@@ -54,10 +51,7 @@ class GraphicFactory final : public Double<IKivGraphicFactory> {
                             IUnknown** script) override {
         return Note({file, directory, language, subLanguage}, script);
     }
-    STDMETHODIMP SaveScript(BSTR file, IUnknown* script) override {
-        EXPECT_EQ(&object, script);
-        return Note({file}, nullptr);
-    }
+    STDMETHODIMP SaveScript(BSTR file, IUnknown*) override { return Note({file}, nullptr); }
     STDMETHODIMP LoadImageFile(BSTR path, IUnknown** image) override { return Note({path}, image); }
 
     std::vector<std::wstring> calls;
@@ -73,38 +67,15 @@ class GraphicFactory final : public Double<IKivGraphicFactory> {
     }
 };
 
-/// Registers the graphic factory's class in this process while it lives.
+/// The class object through which COM finds that graphic factory.
 class GraphicClass final : public Double<IClassFactory> {
  public:
-    explicit GraphicClass(GraphicFactory& graphics) : graphics_(graphics) {
-        EXPECT_EQ(S_OK, ::CoRegisterClassObject(CLSID_KivGraphicFactory, this, CLSCTX_INPROC_SERVER,
-                                                REGCLS_MULTIPLEUSE, &cookie_));
-    }
-    ~GraphicClass() override { EXPECT_EQ(S_OK, ::CoRevokeClassObject(cookie_)); }
-
     STDMETHODIMP CreateInstance(IUnknown*, REFIID id, void** object) override {
-        return graphics_.QueryInterface(id, object);
+        return graphics.QueryInterface(id, object);
     }
     STDMETHODIMP LockServer(BOOL) override { return S_OK; }
 
- private:
-    GraphicFactory& graphics_;
-    DWORD cookie_ = 0;
+    GraphicFactory graphics;
 };
-
-/// COM on this thread while it lives.
-class Apartment {
- public:
-    Apartment() { EXPECT_EQ(S_OK, ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
-    ~Apartment() { ::CoUninitialize(); }
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
-};
-
-inline ComPtr<IKivPageFactory> NewPageFactory() {
-    ComPtr<IKivPageFactory> factory;
-    EXPECT_TRUE(KB_CreateKivPageFactory(&factory));
-    return factory;
-}
 
 }  // namespace kitbag::test

@@ -1,7 +1,4 @@
-#include <comdef.h>
-#include <comutil.h>
 #include <kitbag/registry/directories.h>
-#include <kitbag/registry/values.h>
 #include <shlobj.h>
 #include <tests/pages/doubles.h>
 #include <tests/support/import_patch.h>
@@ -9,17 +6,16 @@
 #include <tests/support/temporary_folder.h>
 #include <tests/support/trace_capture.h>
 
-#include <cstdio>
-#include <optional>
+#include <cstring>
 
 /// The locale library's functions; this program stands in for that library.
 extern "C" __declspec(dllexport) unsigned GetLocaleLanguageDirectoryA(char* buffer, unsigned long) {
-    return static_cast<unsigned>(std::sprintf(buffer, "L:\\de"));
+    return std::strcpy(buffer, "L:\\de") != nullptr;
 }
 extern "C" __declspec(dllexport) unsigned GetLocaleSubLanguageDirectoryA(char* buffer,
                                                                          unsigned long size) {
     EXPECT_EQ(260u, size);
-    return static_cast<unsigned>(std::sprintf(buffer, "L:\\de-AT\\"));
+    return std::strcpy(buffer, "L:\\de-AT\\") != nullptr;
 }
 
 namespace {
@@ -27,13 +23,11 @@ namespace {
 using namespace kitbag::test;
 using Texts = std::vector<std::wstring>;
 
-bool localeLibraryExists;
+const char* localeLibrary;
 
 HMODULE WINAPI LoadLocaleLibrary(LPCSTR name) {
     EXPECT_STREQ("Lingrel.dll", name);
-    char self[MAX_PATH];
-    ::GetModuleFileNameA(nullptr, self, sizeof self);
-    return localeLibraryExists ? ::LoadLibraryA(self) : nullptr;
+    return ::LoadLibraryA(localeLibrary);
 }
 
 LPITEMIDLIST WINAPI Cancel(LPBROWSEINFOA) { return nullptr; }
@@ -41,36 +35,34 @@ LPITEMIDLIST WINAPI Cancel(LPBROWSEINFOA) { return nullptr; }
 class PageScripts : public testing::Test {
  protected:
     PageScripts() {
-        localeLibraryExists = true;
+        ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        ::CoRegisterClassObject(CLSID_KivGraphicFactory, &class_, CLSCTX_INPROC_SERVER,
+                                REGCLS_MULTIPLEUSE, &cookie_);
+        localeLibrary = "kitbag_pages_tests.exe";
         KB_SetSkinDirectoryA(skin_.Path().string());
-        for (const wchar_t* name : {L"Main.page", L"sub\\Main.page", L"c:Main.page"})
+        EXPECT_TRUE(KB_CreateKivPageFactory(&factory_));
+        RawKey("Skins").Set(L"Renamed", L"New.page");
+        for (const wchar_t* name : {L"Main.page", L"sub\\Main.page", L"c:Main.page", L"Renamed"})
             factory_->AddPage(_bstr_t(name), nullptr);
     }
+    ~PageScripts() override { ::CoRevokeClassObject(cookie_); }
 
     /// The full path of a file in the skin directory.
     std::wstring InSkin(const wchar_t* name) { return (skin_.Path() / name).wstring(); }
-
-    void ForgetSkin() {
-        KB_SetSkinDirectoryA(std::string("C:\\no such folder"));
-        trace_.Expect({});
-    }
-
-    Texts ImagesTried() { return std::exchange(graphics_.calls, {}); }
+    Texts Calls() { return std::exchange(graphics_.calls, {}); }
 
     TemporaryFolder skin_;
-    Apartment apartment_;
-    GraphicFactory graphics_;
-    std::optional<GraphicClass> class_{graphics_};
+    GraphicClass class_;
+    GraphicFactory& graphics_ = class_.graphics;
+    DWORD cookie_ = 0;
     ImportPatch loadLibrary_{"LoadLibraryA", LoadLocaleLibrary};
     ImportPatch browse_{"SHBrowseForFolderA", Cancel};
     TraceCapture trace_;
-    ComPtr<IKivPageFactory> factory_ = NewPageFactory();
+    ComPtr<IKivPageFactory> factory_;
     ComPtr<IUnknown> out_;
 };
 
-TEST_F(PageScripts, AreLoadedFromTheSkinDirectoryOrTheirOwn) {
-    RawKey("Skins").Set(L"Renamed", L"New.page");
-    factory_->AddPage(_bstr_t(L"Renamed"), nullptr);
+TEST_F(PageScripts, LieInTheSkinDirectoryOrTheirOwn) {
     const Texts expected[] = {
         {InSkin(L"Main.page"), InSkin(L""), L"L:\\de", L"L:\\de-AT\\"},
         {L"sub\\Main.page", L"sub\\", L"L:\\de", L"L:\\de-AT\\"},
@@ -78,87 +70,56 @@ TEST_F(PageScripts, AreLoadedFromTheSkinDirectoryOrTheirOwn) {
         {InSkin(L"New.page"), InSkin(L""), L"L:\\de", L"L:\\de-AT\\"},
     };
     for (LONG index = 0; index < 4; ++index) {
-        graphics_.calls.clear();
         EXPECT_EQ(S_OK, factory_->GetScript(index, &out_));
         EXPECT_EQ(&graphics_.object, out_.Get());
-        EXPECT_EQ(expected[index], graphics_.calls);
+        EXPECT_EQ(expected[index], Calls());
+        EXPECT_EQ(S_OK, factory_->SetScript(index, out_.Get()));
+        EXPECT_EQ(Texts{expected[index][0]}, Calls());
     }
-    graphics_.refusals = 1;
+    graphics_.refusals = 2;
+    EXPECT_EQ(STG_E_FILENOTFOUND, factory_->SetScript(0, out_.Get()));
     EXPECT_EQ(STG_E_FILENOTFOUND, factory_->GetScript(0, &out_));
     EXPECT_EQ(nullptr, out_);
-    EXPECT_EQ(0, graphics_.object.references);
-    EXPECT_EQ(0, graphics_.references);
-    trace_.Expect({});
-}
-
-TEST_F(PageScripts, AreSavedWhereTheyAreLoadedFrom) {
-    EXPECT_EQ(S_OK, factory_->SetScript(0, &graphics_.object));
-    EXPECT_EQ(S_OK, factory_->SetScript(1, &graphics_.object));
-    EXPECT_EQ((Texts{InSkin(L"Main.page"), L"sub\\Main.page"}), graphics_.calls);
-    graphics_.refusals = 1;
-    EXPECT_EQ(STG_E_FILENOTFOUND, factory_->SetScript(2, &graphics_.object));
 }
 
 TEST_F(PageScripts, TakeImagesFromTheMostParticularDirectory) {
-    const auto image = [&](int refusals, auto operation) {
-        graphics_.refusals = refusals;
-        const HRESULT result = (factory_.Get()->*operation)(7, _bstr_t(L"a.png"), &out_);
-        EXPECT_EQ(SUCCEEDED(result) ? &graphics_.object : nullptr, out_.Get());
-        return result;
-    };
-    for (const auto operation :
-         {&IKivPageFactory::GetScriptImage, &IKivPageFactory::GetScriptImage2}) {
-        factory_ = NewPageFactory();
-        factory_->AddPage(_bstr_t(L"Main.page"), nullptr);
-        // The languages' directories are known once a script was asked for.
-        EXPECT_EQ(S_OK, image(0, operation));
-        EXPECT_EQ(Texts{InSkin(L"a.png")}, ImagesTried());
-        factory_->GetScript(0, &out_);
-        ImagesTried();
-
-        const Texts all = {L"L:\\de-AT\\a.png", L"L:\\de\\a.png", InSkin(L"a.png")};
-        for (const int refusals : {0, 1, 2}) {
-            EXPECT_EQ(S_OK, image(refusals, operation));
-            EXPECT_EQ(Texts(all.begin(), all.begin() + refusals + 1), ImagesTried());
+    const Texts all = {L"L:\\de-AT\\a.gif", L"L:\\de\\a.gif", InSkin(L"a.gif")};
+    // The languages' directories are known once a script was asked for.
+    EXPECT_EQ(S_OK, factory_->GetScriptImage(7, _bstr_t(L"a.gif"), &out_));
+    EXPECT_EQ(Texts{all[2]}, Calls());
+    factory_->GetScript(0, &out_);
+    Calls();
+    for (const auto get : {&IKivPageFactory::GetScriptImage, &IKivPageFactory::GetScriptImage2})
+        for (const int refusals : {0, 1, 2, 3}) {
+            graphics_.refusals = refusals;
+            const bool found = refusals < 3;
+            EXPECT_EQ(found ? S_OK : E_FAIL, (factory_.Get()->*get)(7, _bstr_t(L"a.gif"), &out_));
+            EXPECT_EQ(found ? &graphics_.object : nullptr, out_.Get());
+            EXPECT_EQ(Texts(all.begin(), all.begin() + (found ? refusals + 1 : 3)), Calls());
         }
-        EXPECT_EQ(E_FAIL, image(3, operation));
-        EXPECT_EQ(all, ImagesTried());
-        graphics_.refusals = 0;
-        EXPECT_EQ(S_OK, (factory_.Get()->*operation)(0, nullptr, &out_));
-        ImagesTried();
-    }
     trace_.Expect({});
 }
 
-TEST_F(PageScripts, DoWithoutALocaleLibrary) {
-    localeLibraryExists = false;
+TEST_F(PageScripts, DoWithoutALocaleLibraryAndASkinDirectory) {
+    localeLibrary = "no such library.dll";
+    KB_SetSkinDirectoryA(std::string("C:\\no such folder"));
     EXPECT_EQ(S_OK, factory_->GetScript(0, &out_));
-    EXPECT_EQ((Texts{InSkin(L"Main.page"), InSkin(L""), L"", L""}), ImagesTried());
-    graphics_.refusals = 1;
-    EXPECT_EQ(E_FAIL, factory_->GetScriptImage(0, _bstr_t(L"a.png"), &out_));
-    EXPECT_EQ(Texts{InSkin(L"a.png")}, ImagesTried());
-}
-
-TEST_F(PageScripts, DoWithoutASkinDirectory) {
-    ForgetSkin();
-    EXPECT_EQ(S_OK, factory_->GetScript(0, &out_));
-    EXPECT_EQ((Texts{L"Main.page", L"", L"L:\\de", L"L:\\de-AT\\"}), ImagesTried());
-    trace_.Expect({"CKivPageFactory::GetScript - Can't get skin directory\n"});
-    EXPECT_EQ(S_OK, factory_->SetScript(0, &graphics_.object));
-    EXPECT_EQ(Texts{L"Main.page"}, ImagesTried());
-    trace_.Expect({"CKivPageFactory::SetScript - Can't get skin directory\n"});
-    graphics_.refusals = 2;
-    EXPECT_EQ(E_FAIL, factory_->GetScriptImage2(0, _bstr_t(L"a.png"), &out_));
-    EXPECT_EQ((Texts{L"L:\\de-AT\\a.png", L"L:\\de\\a.png"}), ImagesTried());
-    trace_.Expect({"CKivPageFactory::GetScriptImage - Can't get skin directory\n"});
+    EXPECT_EQ((Texts{L"Main.page", L"", L"", L""}), Calls());
+    EXPECT_EQ(S_OK, factory_->SetScript(0, out_.Get()));
+    EXPECT_EQ(Texts{L"Main.page"}, Calls());
+    EXPECT_EQ(E_FAIL, factory_->GetScriptImage2(0, nullptr, &out_));
+    EXPECT_EQ(Texts{}, Calls());
+    trace_.Expect({"CKivPageFactory::GetScript - Can't get skin directory\n",
+                   "CKivPageFactory::SetScript - Can't get skin directory\n",
+                   "CKivPageFactory::GetScriptImage - Can't get skin directory\n"});
 }
 
 TEST_F(PageScripts, FailWithoutAGraphicFactory) {
-    class_.reset();
+    ::CoRevokeClassObject(std::exchange(cookie_, 0));
     EXPECT_EQ(E_FAIL, factory_->GetScript(0, &out_));
     EXPECT_EQ(E_FAIL, factory_->SetScript(0, &graphics_.object));
-    EXPECT_EQ(E_FAIL, factory_->GetScriptImage(0, _bstr_t(L"a.png"), &out_));
-    auto* graphics = static_cast<IKivGraphicFactory*>(&graphics_);
+    EXPECT_EQ(E_FAIL, factory_->GetScriptImage(0, _bstr_t(L"a.gif"), &out_));
+    IKivGraphicFactory* graphics = &graphics_;
     EXPECT_FALSE(KB_CreateGraphicFactory(&graphics));
     EXPECT_EQ(nullptr, graphics);
     EXPECT_FALSE(KB_CreateGraphicFactory(nullptr));

@@ -1,73 +1,67 @@
 // COM and script hosts read the registry of all programs, so these tests really register the
 // library there, and take it back at their end.
 
-#include <comdef.h>
-#include <comutil.h>
 #include <tests/pages/doubles.h>
-#include <tests/pages/dump_key.h>
 #include <tests/support/temporary_folder.h>
 
 #include <fstream>
+#include <iterator>
 
 namespace {
 
 using namespace kitbag::test;
 
-/// Runs a program and waits for it; its exit code.
-DWORD RunProgram(std::string command) {
-    STARTUPINFOA startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    DWORD code = MAXDWORD;
-    if (!::CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, "C:\\",
-                          &startup, &process))
+class RegisteredLibrary : public testing::Test {
+ protected:
+    /// The exit code of a program.
+    static DWORD Execute(std::string command) {
+        STARTUPINFOA startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process = {};
+        DWORD code = MAXDWORD;
+        ::CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, "C:\\",
+                         &startup, &process);
+        ::WaitForSingleObject(process.hProcess, 60000);
+        ::GetExitCodeProcess(process.hProcess, &code);
         return code;
-    EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(process.hProcess, 60000)) << command;
-    ::GetExitCodeProcess(process.hProcess, &code);
-    ::CloseHandle(process.hThread);
-    ::CloseHandle(process.hProcess);
-    return code;
-}
-
-/// The library is registered with the system's own tool while this lives.
-class Registered {
- public:
-    Registered() {
+    }
+    void Register(const std::string& option) {
         char file[MAX_PATH];
         ::GetModuleFileNameA(::LoadLibraryA("Kitbag.dll"), file, sizeof file);
-        file_ = file;
-        EXPECT_EQ(0u, RunProgram("regsvr32 /s \"" + file_ + '"'));
+        EXPECT_EQ(0u, Execute("regsvr32 /s " + option + " \"" + file + '"'));
     }
-    ~Registered() { EXPECT_EQ(0u, RunProgram("regsvr32 /s /u \"" + file_ + '"')); }
-    Registered(const Registered&) = delete;
-    Registered& operator=(const Registered&) = delete;
+    /// Everything below HKEY_CLASSES_ROOT, as the system's own tool writes it.
+    std::string Classes() {
+        const std::string path = (folder_ / "classes.reg").string();
+        EXPECT_EQ(0u, Execute("reg export HKCR \"" + path + "\" /y"));
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
 
- private:
-    std::string file_;
+    RegisteredLibrary() { Register(""); }
+    ~RegisteredLibrary() override { Register("/u"); }
+
+    TemporaryFolder folder_;
 };
 
-TEST(RegisteredLibrary, ServesComAndLeavesNothingBehind) {
-    const Apartment apartment;
-    const std::string before = DumpKey(HKEY_CLASSES_ROOT);
-    {
-        const Registered registered;
-        CLSID id = {};
-        ASSERT_EQ(S_OK, ::CLSIDFromProgID(L"Kitbag.KivPageFactory", &id));
-        EXPECT_EQ(CLSID_KivPageFactory, id);
-        ComPtr<IKivPageFactory> factory;
-        ASSERT_EQ(S_OK,
-                  ::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&factory)));
-        EXPECT_EQ(S_OK, factory->AddPage(_bstr_t(L"Main.page"), nullptr));
-        ComPtr<ITypeLib> typeLibrary;
-        EXPECT_EQ(S_OK, ::LoadRegTypeLib(LIBID_Kitbag, 1, 0, 0, &typeLibrary));
-    }
+TEST_F(RegisteredLibrary, ServesComAndLeavesNothingBehind) {
+    ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    CLSID id = {};
+    EXPECT_EQ(S_OK, ::CLSIDFromProgID(L"Kitbag.KivPageFactory", &id));
+    EXPECT_EQ(CLSID_KivPageFactory, id);
+    ComPtr<IKivPageFactory> factory;
+    EXPECT_EQ(S_OK, ::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&factory)));
+    Register("/u");
+    const std::string without = Classes();
+    Register("");
     // Compared as a whole: all classes of the system are too much to print.
-    EXPECT_TRUE(before == DumpKey(HKEY_CLASSES_ROOT));
+    EXPECT_TRUE(without != Classes());
+    Register("/u");
+    EXPECT_TRUE(without == Classes());
 }
 
-TEST(RegisteredLibrary, ServesScripts) {
-    const TemporaryFolder folder;
-    const std::string script = (folder / "pages.vbs").string();
+TEST_F(RegisteredLibrary, ServesScripts) {
+    const std::string script = (folder_ / "pages.vbs").string();
     std::ofstream(script) << R"(
 Sub Check(number, condition)
     If Not condition Then WScript.Quit number
@@ -89,8 +83,7 @@ Err.Clear
 factory.CreatePage 0, Nothing, Nothing
 Check 8, Err.Number = &H80004003
 )";
-    const Registered registered;
-    EXPECT_EQ(0u, RunProgram("cscript //nologo \"" + script + '"'));
+    EXPECT_EQ(0u, Execute("cscript //nologo \"" + script + '"'));
 }
 
 }  // namespace
