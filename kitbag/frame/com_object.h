@@ -8,14 +8,15 @@
 #include <unknwn.h>
 #include <windows.h>
 
+#include <memory>
 #include <new>
 #include <type_traits>
 
 namespace kitbag {
 
 /// Implements IUnknown for an object that answers these interfaces, and IDispatch where one of them
-/// derives from it. The object starts with one reference, that of its creator, and keeps the
-/// library from being unloaded while it lives.
+/// derives from it. The object starts without a reference and keeps the library from being unloaded
+/// while it lives.
 template <class Primary, class... Others>
 class ComObject : public Primary, public Others... {
  public:
@@ -61,7 +62,7 @@ class ComObject : public Primary, public Others... {
         return *object != nullptr;
     }
 
-    LONG references_ = 1;
+    LONG references_ = 0;
 };
 
 /// Creates an object for a caller that wants it by an interface. The object cannot be part of an
@@ -71,10 +72,11 @@ HRESULT WINAPI CreateObject(IUnknown* outer, REFIID interfaceId, void** object) 
     if (!object) return E_POINTER;
     *object = nullptr;
     if (outer) return CLASS_E_NOAGGREGATION;
-    auto* created = new (std::nothrow) Object;
+    std::unique_ptr<Object> created(new (std::nothrow) Object);
     if (!created) return E_OUTOFMEMORY;
     const HRESULT result = created->QueryInterface(interfaceId, object);
-    created->Release();
+    // From its first reference on the object ends itself.
+    if (SUCCEEDED(result)) static_cast<void>(created.release());
     return result;
 }
 

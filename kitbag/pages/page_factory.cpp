@@ -8,8 +8,9 @@
 #include <kitbag/registry/directories.h>
 #include <kitbag/registry/values.h>
 
-#include <algorithm>
+#include <initializer_list>
 #include <iterator>
+#include <string>
 #include <utility>
 
 namespace kitbag {
@@ -21,7 +22,7 @@ using Microsoft::WRL::ComPtr;
 /// The settings that give a page another file than the one it is named for.
 constexpr char kSkinsSection[] = "Skins";
 
-_bstr_t ToBstr(const std::string& text) { return _bstr_t(ToWide(text.c_str()).c_str()); }
+_bstr_t ToBstr(const std::string& text) { return {ToWide(text.c_str()).c_str()}; }
 
 std::string Join(const std::string& directory, const std::string& name) {
     return directory + (directory.ends_with('\\') ? "" : "\\") + name;
@@ -86,7 +87,8 @@ STDMETHODIMP CKivPageFactory::GetRegisteredObject(GUID identifier, IUnknown** ob
 }
 
 std::string CKivPageFactory::ScriptFile(LONG index, const char* operation) const {
-    const std::string& name = pageFiles_[static_cast<std::size_t>(index)];
+    // A copy: looking for the directory may ask the user, and the list may grow meanwhile.
+    const std::string name = pageFiles_[static_cast<std::size_t>(index)];
     if (name.find_first_of(":\\") != name.npos) return name;
     const std::string directory = SkinDirectory(operation);
     return directory.empty() ? name : Join(directory, name);

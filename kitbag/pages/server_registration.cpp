@@ -59,7 +59,8 @@ HRESULT UpdatePageFactoryRegistration(bool install) {
     } catch (const RegistrationScriptError& error) {
         DebugTrace("UpdatePageFactoryRegistration: Line %ld of the script wants %s\n", error.line,
                    error.expected);
-        return HRESULT_FROM_WIN32(ERROR_INVALID_DATA);
+        constexpr LONG broken = ERROR_INVALID_DATA;
+        return HRESULT_FROM_WIN32(broken);
     }
 }
 

@@ -96,7 +96,7 @@ HRESULT RegisterOwnTypeLibrary() {
 
 HRESULT UnregisterOwnTypeLibrary() {
     TOSDepFn<decltype(&::UnRegisterTypeLib)> unregister("oleaut32.dll", "UnRegisterTypeLib");
-    if (!unregister.Load()) return HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND);
+    if (!unregister.Load()) return TYPE_E_DLLFUNCTIONNOTFOUND;
 
     TypeLibrary own;
     const HRESULT result = LoadOwn(own);
