@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cwchar>
 #include <utility>
 
 namespace kitbag {
@@ -31,7 +32,7 @@ constexpr const wchar_t* kSharedKeys[] = {
 
 bool IsShared(const std::wstring& name) {
     return std::ranges::any_of(
-        kSharedKeys, [&](const wchar_t* shared) { return ::lstrcmpiW(shared, name.c_str()) == 0; });
+        kSharedKeys, [&](const wchar_t* shared) { return ::_wcsicmp(shared, name.c_str()) == 0; });
 }
 
 /// The words of a script, one after the other.
