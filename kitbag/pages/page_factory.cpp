@@ -88,7 +88,7 @@ STDMETHODIMP CKivPageFactory::GetRegisteredObject(GUID identifier, IUnknown** ob
 
 std::string CKivPageFactory::ScriptFile(LONG index, const char* operation) const {
     // A copy: looking for the directory may ask the user, and the list may grow meanwhile.
-    const std::string name = pageFiles_[static_cast<std::size_t>(index)];
+    std::string name = pageFiles_[static_cast<std::size_t>(index)];
     if (name.find_first_of(":\\") != name.npos) return name;
     const std::string directory = SkinDirectory(operation);
     return directory.empty() ? name : Join(directory, name);
