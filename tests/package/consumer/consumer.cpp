@@ -1,6 +1,8 @@
 #include <kitbag/kitbag.h>
 #include <kitbag/pages.h>
 
+namespace {
+
 /// A table of the program's own, which the library calls back.
 class Programs : public ValueTable {
  public:
@@ -11,22 +13,19 @@ class Programs : public ValueTable {
     }
 };
 
-int main() {
-namespace {
-
-bool KeepsSettings() {
-    const char* const section = "Package test";
+bool KeepsSettings(const char* section) {
     TWinString<char> written, read;
     written.Format("%d of %d", 3, 10);
-    const bool same = KB_SetTStringA(section, "Text", written) &&
-                      KB_GetTStringA(section, "Text", read) && read == "3 of 10";
+    return KB_SetTStringA(section, "Text", written) && KB_GetTStringA(section, "Text", read) &&
+           read == "3 of 10";
+}
 
+bool KeepsATable(const char* section) {
     Programs saved, loaded;
     saved.AddEntry(new ExternalProgramValueTableEntry);
     saved.SaveRegistry(section);
     loaded.LoadRegistry(section);
-    return same && loaded.size() == 1 && KB_DeleteSectionA(section) ? 0 : 1;
-    return same && KB_DeleteSectionA(section);
+    return loaded.size() == 1;
 }
 
 bool CreatesAPageFactory() {
@@ -41,4 +40,8 @@ bool CreatesAPageFactory() {
 
 }  // namespace
 
-int main() { return KeepsSettings() && CreatesAPageFactory() ? 0 : 1; }
+int main() {
+    const char* const section = "Package test";
+    const bool works = KeepsSettings(section) && KeepsATable(section) && CreatesAPageFactory();
+    return KB_DeleteSectionA(section) && works ? 0 : 1;
+}
