@@ -5,10 +5,10 @@
 
 namespace {
 
-/// No test can forget to keep away from the real settings: the whole run uses a private registry.
-class PrivateRegistryForAll : public testing::Environment {
-    void SetUp() override { registry_.emplace(); }
-    void TearDown() override { registry_.reset(); }
+/// Every test has an empty private registry; none can forget to keep away from the real settings.
+class PrivateRegistryForEach : public testing::EmptyTestEventListener {
+    void OnTestStart(const testing::TestInfo&) override { registry_.emplace(); }
+    void OnTestEnd(const testing::TestInfo&) override { registry_.reset(); }
 
     std::optional<kitbag::test::PrivateRegistry> registry_;
 };
@@ -17,6 +17,6 @@ class PrivateRegistryForAll : public testing::Environment {
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
-    testing::AddGlobalTestEnvironment(new PrivateRegistryForAll);
+    testing::UnitTest::GetInstance()->listeners().Append(new PrivateRegistryForEach);
     return RUN_ALL_TESTS();
 }
