@@ -9,5 +9,8 @@ namespace kitbag::bench {
 
 std::vector<Result> MeasureFrame();
 std::vector<Result> MeasureRegistry();
+std::vector<Result> MeasureValues();
+std::vector<Result> MeasureFiles();
+std::vector<Result> MeasureRuntime();
 
 }  // namespace kitbag::bench

@@ -5,7 +5,8 @@ int main() {
     using namespace kitbag::bench;
     const kitbag::test::PrivateRegistry registry;
     std::vector<Result> results;
-    for (const auto measure : {MeasureRegistry, MeasureFrame})
+    for (const auto measure :
+         {MeasureRegistry, MeasureFrame, MeasureValues, MeasureFiles, MeasureRuntime})
         for (const Result& result : measure()) results.push_back(result);
     return Print(results) ? 0 : 1;
 }

@@ -9,7 +9,7 @@ namespace kitbag::bench {
 
 namespace {
 
-constexpr int kRounds = 41;
+constexpr int kAbsoluteRounds = 41;
 constexpr double kRoundInNanoseconds = 4e6;
 constexpr int kAttempts = 8;
 
@@ -72,7 +72,7 @@ Rounds Interleave(const Comparison& comparison) {
     const int libraryCalls = CallsPerRound(comparison.library);
     const int referenceCalls = CallsPerRound(comparison.reference);
     Rounds rounds;
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < comparison.rounds; ++round) {
         double library = 0, reference = 0;
         if (round % 2 == 0) library = Time(comparison.library, libraryCalls);
         reference = Time(comparison.reference, referenceCalls);
@@ -108,7 +108,7 @@ Result Measure(const Absolute& absolute) {
     const int calls = CallsPerRound(absolute.library);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         times.clear();
-        for (int round = 0; round < kRounds; ++round)
+        for (int round = 0; round < kAbsoluteRounds; ++round)
             times.push_back(Time(absolute.library, calls));
         if (IsSteady(times)) break;
     }
@@ -122,7 +122,7 @@ Result Measure(const Absolute& absolute) {
 }
 
 bool Print(const std::vector<Result>& results) {
-    const char* const format = "%-44s %10s   %-46s %7s   %-12s %s\n";
+    const char* const format = "%-52s %10s   %-46s %7s   %-12s %s\n";
     std::printf(format, "operation", "library", "reference", "ratio", "should be", "");
     bool allHeld = true;
     for (const Result& result : results) {

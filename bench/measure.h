@@ -20,6 +20,7 @@ struct Comparison {
     Calls reference;
     /// What the ratio must not exceed; 0 where it is for information.
     double bound = 0;
+    int rounds = 41;
 };
 
 /// An operation whose time, or size, has a bound of its own.
