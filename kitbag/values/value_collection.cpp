@@ -64,7 +64,9 @@ ValueTableEntry& ValueTableEntry::operator=(const ValueTableEntry& other) {
 
 ValueTableEntry& ValueTableEntry::operator=(const ValueCollection& other) {
     // The virtual one, so that a concrete row assigns its own members.
-    return *this = static_cast<const ValueTableEntry&>(other);
+    if (const auto* row = dynamic_cast<const ValueTableEntry*>(&other)) return *this = *row;
+    ValueCollection::operator=(other);
+    return *this;
 }
 
 void ValueTableEntry::DeclareValue(Value& value, const TWinString<char>& name, bool isIdent) {

@@ -73,7 +73,8 @@ class KITBAG_API ValueTableEntry : public ValueCollection {
     ValueTableEntry(const ValueTableEntry& other);
 
     virtual ValueTableEntry& operator=(const ValueTableEntry& other);
-    /// The other must be a row of the same class.
+    /// Another row is assigned as a row and must be of the same class; of any other collection only
+    /// what a collection assigns is taken over.
     ValueTableEntry& operator=(const ValueCollection& other) override;
     using ValueCollection::operator=;
     using ValueCollection::DeclareValue;
