@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
+#include <tests/support/import_patch.h>
 #include <tests/values/clean_settings.h>
 
+#include <algorithm>
 #include <memory>
+#include <string>
 
 namespace {
 
@@ -28,30 +31,15 @@ TEST_F(Values, LoseTheirPlaceWhenCopiedAndKeepItWhenAssigned) {
     source.SetValueActions(0x3002);
     const std::unique_ptr<Value> copied(source.Copy());
     auto& copy = dynamic_cast<UInt32Value&>(*copied);
-    EXPECT_EQ("Source=7", copy.SaveString());
-    EXPECT_TRUE(copy.GetDefaultValue() == 3 && !copy.RebootNeeded());
+    EXPECT_TRUE(copy.SaveString() == "Source=7" && copy.GetDefaultValue() == 3);
+    EXPECT_FALSE(copy.RebootNeeded());
     copy.SetValue(8);
-    EXPECT_EQ(7u, RawKey("S").NumberOf(L"Source"));
-
     target = source;
     EXPECT_EQ("Target=7", target.SaveString());
-    EXPECT_TRUE(target.RebootNeeded() && target.RestartNeeded());
-    EXPECT_EQ(2, target.GetMinimumUserInterfaceLevel());
+    EXPECT_TRUE(target.RebootNeeded() && target.GetMinimumUserInterfaceLevel() == 2);
     target.SetValue(9);
-    EXPECT_EQ(9u, RawKey("S").NumberOf(L"Target"));
-    target = UInt32Value();
-    EXPECT_TRUE(target.IsEmpty() && !target.RebootNeeded());
-}
-
-TEST_F(Values, MoveToASectionEvenWithoutAName) {
-    UInt32Value value;
-    value.SetDefaultValue(7);
-    value.SaveRegistry("S");
-    EXPECT_FALSE(RawKey::Exists("S"));
-    value.SetValueName("N");
-    // A value that was never read stores its default.
-    value.SaveRegistry();
-    EXPECT_EQ(7u, RawKey("S").NumberOf(L"N"));
+    const RawKey key("S");
+    EXPECT_TRUE(key.NumberOf(L"Source") == 7 && key.NumberOf(L"Target") == 9);
 }
 
 template <class T, class Datum>
@@ -64,9 +52,7 @@ T Named(const char* name, const Datum& datum) {
 
 TEST_F(Values, CompareAsNumbersOrAsTexts) {
     EXPECT_EQ(-1, Named<Int32Value>("N", -1).Compare(Named<Int32Value>("A", 1)));
-    EXPECT_EQ(1, Named<UInt32Value>("A", 0xFFFFFFFF).Compare(Named<UInt32Value>("N", 1u)));
-    EXPECT_EQ(1, Named<UInt32Enum>("N", 10u).Compare(Named<UInt32Enum>("N", 9u)));
-    EXPECT_EQ(0, Named<TStringValue>("N", "a").Compare(Named<TStringValue>("n", "A")));
+    EXPECT_EQ(1, Named<UInt32Enum>("A", 0xFFFFFFFF).Compare(Named<UInt32Enum>("N", 9u)));
     EXPECT_GT(0, Named<TStringValue>("A", "z").Compare(Named<TStringValue>("B", "a")));
     // Of different classes: "N='B'" is before "N='a'" in the order that knows case.
     EXPECT_GT(0, Named<TStringValue>("N", "B").Compare(Named<IdentValue>("N", "a")));
@@ -74,66 +60,143 @@ TEST_F(Values, CompareAsNumbersOrAsTexts) {
 
 struct Source : ValueInfoSource {
     using Text = TWinString<char>;
-    bool Tell(Text& out, const Text& text) const { return out = text, knows; }
-    bool GetDisplayName(const Value&, Text& out) override { return Tell(out, "Shown"); }
-    bool GetDescription(const Value&, Text& out) override { return Tell(out, "Described"); }
-    bool GetHelpFile(const Value&, Text& out) override { return Tell(out, "help.chm"); }
-    bool knows = true;
+    bool GetDisplayName(const Value&, Text& out) override { return out = "Shown", true; }
+    bool GetDescription(const Value&, Text& out) override { return out = "Described", true; }
+    bool GetHelpFile(const Value&, Text& out) override { return out = "unknown", false; }
 };
 
 TEST_F(Values, TakeTheirTextsFromTheSourceThatKnowsThem) {
     Source source;
     auto value = Named<BooleanValue>("Mute", true);
     EXPECT_EQ(nullptr, value.SetValueInfoSource(&source));
-    EXPECT_EQ("Shown", value.GetDisplayName());
-    EXPECT_EQ("Described", value.GetDescription());
-    EXPECT_EQ("help.chm", BooleanValue(value).GetHelpFile());
-    source.knows = false;
-    EXPECT_EQ("Mute", value.GetDisplayName() + value.GetDescription() + value.GetHelpFile());
-    EXPECT_EQ(&source, value.SetValueInfoSource(nullptr));
+    const BooleanValue copy(value);
+    EXPECT_EQ("ShownDescribed", copy.GetDisplayName() + copy.GetDescription());
+    EXPECT_EQ("", copy.GetHelpFile());
 }
 
-TEST_F(Values, FindTheirDisplayNameAmongTheirMembers) {
-    TStringValue displayName, name;
-    ValueTableEntry row;
-    row.SetDisplayName("Row");
-    row.DeclareValue(name, "Name");
-    EXPECT_EQ("Row", row.GetDisplayName());
-    row.SetDisplayName("First");
-    row.DeclareValue(displayName, "DisplayName");
-    EXPECT_EQ("First", row.GetDisplayName());
-    row.SetDisplayName("Second");
-    EXPECT_EQ("SecondFirstRow", row.GetDisplayName() + name.GetValue() + row.GetValueName());
-    // A row with a class of its own keeps its value name.
-    ExternalProgramValueTableEntry program;
-    program.DeclareValue(name);
-    EXPECT_EQ("", program.GetDisplayName());
-}
-
-template <class T, class Other>
-void ExpectExactCast(T* (*cast)(const Value*), Other* (*otherCast)(const Value*)) {
-    const T value;
-    const std::unique_ptr<Value> copy(value.Copy());
-    EXPECT_TRUE(cast(&value) == &value && cast(copy.get()) == copy.get());
-    EXPECT_FALSE(otherCast(&value) || cast(nullptr));
+/// Each cast knows its own class alone.
+template <class... T>
+void ExpectExactCasts(T* (*... casts)(const Value*)) {
+    const auto expect = [&](const Value& value, const Value* cast) {
+        EXPECT_EQ(&value, cast);
+        EXPECT_EQ(1, ((casts(&value) != nullptr) + ...));
+    };
+    const auto visit = [&]<class U>(U* (*cast)(const Value*)) {
+        const U value;
+        const std::unique_ptr<Value> copy(value.Copy());
+        expect(*copy, cast(copy.get()));
+        EXPECT_EQ(nullptr, cast(nullptr));
+    };
+    (visit(casts), ...);
 }
 
 TEST_F(Values, AreCastToTheirExactClass) {
-    ExpectExactCast(KB_GetAsValueTableEntry, KB_GetAsValueCollection);
-    ExpectExactCast(KB_GetAsBooleanValue, KB_GetAsInt32Value);
-    ExpectExactCast(KB_GetAsByteArrayValue, KB_GetAsGuidValue);
-    ExpectExactCast(KB_GetAsInt32Value, KB_GetAsUInt32Value);
-    ExpectExactCast(KB_GetAsUInt32Value, KB_GetAsUInt32Enum);
-    ExpectExactCast(KB_GetAsUInt32Enum, KB_GetAsUInt32Value);
-    ExpectExactCast(KB_GetAsTStringValue, KB_GetAsIdentValue);
-    ExpectExactCast(KB_GetAsFilenameValue, KB_GetAsTStringValue);
-    ExpectExactCast(KB_GetAsIdentValue, KB_GetAsTStringValue);
-    ExpectExactCast(KB_GetAsExternalProgramValueTableEntry, KB_GetAsValueTableEntry);
+    ExpectExactCasts(KB_GetAsValueTableEntry, KB_GetAsValueCollection, KB_GetAsBooleanValue,
+                     KB_GetAsByteArrayValue, KB_GetAsGuidValue, KB_GetAsInt32Value,
+                     KB_GetAsUInt32Value, KB_GetAsUInt32Enum, KB_GetAsTStringValue,
+                     KB_GetAsFilenameValue, KB_GetAsIdentValue,
+                     KB_GetAsExternalProgramValueTableEntry);
     const ExternalProgramValueTable programs("S");
     const MediaLocationValueTable folders(MediaLocationValueTable::VideoRead);
     EXPECT_TRUE(KB_GetAsValueTable(&programs) && KB_GetAsValueTable(&folders));
+    // These two give null for every value.
     EXPECT_FALSE(KB_GetAsExternalProgramValueTable(&programs));
     EXPECT_FALSE(KB_GetAsMediaLocationValueTable(&folders));
+}
+
+const GUID kGuid = {0x01234567, 0x89ab, 0xcdef, {1, 2, 3, 4, 5, 6, 7, 0xfe}};
+constexpr char kGuidText[] = "{01234567-89AB-CDEF-0102-0304050607FE}";
+
+TEST_F(Values, WriteEveryChangeOfASourcedValueAndRenderIt) {
+    BooleanValue flag("S", "Flag", true);
+    Int32Value number("S", "Number", true);
+    UInt32Value count("S", "Count", true);
+    GuidValue guid("S", "Guid", true);
+    ByteArrayValue bytes("S", "Bytes", true);
+    TStringValue text("S", "Text", true);
+    EXPECT_FALSE(RawKey::Exists("S"));
+    flag.SetValue(true);
+    number.SetValue(-5);
+    count.SetValue(0xFFFFFFFF);
+    guid.SetValue(kGuid);
+    std::ranges::copy("\1\0\xff", bytes.SetValueSize(4));
+    bytes.SetValue();
+    text = "it's \"50%\" |=\xe9";
+
+    const RawKey key("S");
+    EXPECT_TRUE(key.NumberOf(L"Flag") == 1 && key.NumberOf(L"Number") == 0xFFFFFFFB);
+    EXPECT_EQ(0xFFFFFFFFu, key.NumberOf(L"Count"));
+    EXPECT_EQ(std::wstring(kGuidText, kGuidText + 38), key.TextOf(L"Guid"));
+    EXPECT_EQ(std::string("\1\0\xff\0", 4), key.BytesOf(L"Bytes"));
+    EXPECT_EQ(L"it's \"50%\" |=\u00e9", key.TextOf(L"Text"));
+
+    EXPECT_EQ("Number=-5Count=4294967295", number.SaveString() + count.ToString());
+    EXPECT_EQ(kGuidText, guid.SaveStringDataOnly());
+    EXPECT_EQ("\7\7\7\7", bytes.SaveStringDataOnly());
+    EXPECT_EQ("Text='it's \"50%\" |=\xe9'Flag=True", text.SaveString() + flag.SaveString());
+}
+
+LSTATUS WINAPI NoKey(HKEY, LPCSTR, DWORD, REGSAM, PHKEY) { return ERROR_ACCESS_DENIED; }
+
+TEST_F(Values, AreReadOnFirstUseOrOnEveryUse) {
+    const RawKey key("S");
+    key.Set(L"N", 7u);
+    UInt32Value once("S", "N", true), always("S", "N", false);
+    EXPECT_TRUE(once.IsEmpty() && once.GetValue() == 7 && always.GetValue() == 7);
+    key.Set(L"N", 8u);
+    EXPECT_TRUE(once.GetValue() == 7 && always.GetValue() == 8);
+    // What was just set is what is written, not what was read back.
+    always.SetValue(9);
+    EXPECT_EQ(9u, key.NumberOf(L"N"));
+    const kitbag::test::ImportPatch patch("RegOpenKeyExA", NoKey);
+    EXPECT_TRUE(once.GetValue() == 7 && always.GetValue() == 0);
+}
+
+TEST_F(Values, TakeTheirDefaultsFromADamagedRegistry) {
+    const RawKey key("S");
+    for (const DWORD type : {0u, 1u, 3u, 4u}) {
+        // Missing at first, then of a wrong type or size each.
+        if (type != REG_NONE) key.Set(L"Number", type, "abc", 3);
+        if (type != REG_NONE) key.Set(L"Text", type == REG_SZ ? REG_BINARY : type, "abcd", 4);
+        BooleanValue flag("S", "Number", true);
+        GuidValue guid("S", "Text", true);
+        TStringValue text("S", "Text", true);
+        flag.SetDefaultValue(true, true);
+        guid.SetDefaultValue(kGuid, true);
+        text.SetDefaultValue("t", true);
+        EXPECT_EQ(type != REG_NONE, key.Has(L"Number") && key.Has(L"Text"));
+        EXPECT_TRUE(flag && guid.GetValue() == kGuid && text == "t");
+        EXPECT_FALSE(flag.ExistsRegistry() || guid.ExistsRegistry() || text.ExistsRegistry());
+    }
+    key.Set(L"Text", L"{00000000-0000-0000-c000-000000000046}");
+    GuidValue guid("S", "Text", false);
+    guid.SetDefaultValue(kGuid);
+    EXPECT_TRUE(guid.GetValue() == IID_IUnknown && guid.HasDefaultValue());
+    key.Set(L"Text", L"{no GUID}");
+    EXPECT_TRUE(guid.GetValue() == kGuid && guid.ExistsRegistry());
+}
+
+TEST_F(Values, WriteADefaultOnlyWhereAnUnsignedNumberIsMissing) {
+    UInt32Value count("S", "N", true);
+    count.SetDefaultValue(7, false);
+    EXPECT_FALSE(RawKey::Exists("S"));
+    count.SetDefaultValue(7, true);
+    count.SetDefaultValue(8, true);
+    EXPECT_EQ(7u, RawKey("S").NumberOf(L"N"));
+    EXPECT_TRUE(count.ExistsRegistry() && !Int32Value("S", "N", true).ExistsRegistry());
+}
+
+TEST_F(Values, KeepBytesWhereNothingIsStored) {
+    ByteArrayValue bytes("S", "B", true);
+    std::ranges::copy("abc", bytes.SetValueSize(4));
+    bytes.LoadRegistry();
+    unsigned long size = 0;
+    EXPECT_STREQ("abc", reinterpret_cast<const char*>(bytes.GetValue(&size)));
+    EXPECT_TRUE(size == 4 && bytes == ByteArrayValue(bytes) && bytes != ByteArrayValue());
+    RawKey("S").Set(L"B", REG_BINARY, "", 0);
+    EXPECT_FALSE(bytes.ExistsRegistry());
+    bytes.LoadRegistry();
+    EXPECT_TRUE(bytes.GetValue(&size) == nullptr && size == 0);
 }
 
 }  // namespace
