@@ -44,8 +44,8 @@ TEST(SlotOrder, StaysAsItIs) {
                 &V::SaveStringDataOnly, &V::SetRegistrySection, 2, &V::ExistsRegistry, 2, 2,
                 &V::SaveFixar, &V::LoadFixar, &V::Accept, &V::SetValueActions,
                 &V::SetMinimumUserInterfaceLevel, &V::RebootNeeded, &V::RestartNeeded);
-    using B = BooleanValue;
-    ExpectSlots(kFirst + 2, &B::GetValue, &B::SetValue, &B::SetDefaultValue);
+    ExpectSlots(kFirst + 2, &BooleanValue::GetValue, &BooleanValue::SetValue,
+                &BooleanValue::SetDefaultValue);
     using F = FilenameValue;
     ExpectSlots(kFirst, &F::GetValue, &F::SetValue, 2, &F::operator TWinString<char>, 2,
                 &F::SetDefaultValue, 1, &F::GetFilename, &F::GetFilenameNoExtension,
