@@ -37,6 +37,7 @@ Result CachedRead() {
 class Row : public ValueTableEntry {
  public:
     Row() { Row::DeclareValues(); }
+    using ValueTableEntry::operator=;
     void DeclareValues() override { DeclareValue(Number, "Number", true); }
     UInt32Value Number;
 };
@@ -47,6 +48,7 @@ class Table : public ValueTable {
         ValueTable::SetValueName(name);
         for (int i = 0; i < rows; ++i) ValueTable::AddEntry(new Row);
     }
+    using ValueTable::operator=;
     Value* Copy() const override { return nullptr; }
     ValueTableEntry* EntryFactory(const TWinString<char>&) const override { return new Row; }
     TWinString<char> name;

@@ -3,19 +3,8 @@
 #include <kitbag/values/value_collection.h>
 
 #include <algorithm>
-#include <ranges>
 
 namespace kitbag {
-
-namespace {
-
-/// The children that are there.
-template <class Children>
-auto Present(const Children& children) {
-    return std::views::filter(children, [](const Value* child) { return child != nullptr; });
-}
-
-}  // namespace
 
 template <class Children>
 ContainerValue<Children>::ContainerValue(unsigned long actions) {
@@ -44,23 +33,27 @@ template <class Children>
 void ContainerValue<Children>::SetValueActions(unsigned long actions) {
     Value::SetValueActions(actions);
     const auto level = static_cast<ValueAction>(GetMinimumUserInterfaceLevel());
-    for (Value* child : Present(children_)) child->SetMinimumUserInterfaceLevel(level);
+    for (Value* child : children_)
+        if (child) child->SetMinimumUserInterfaceLevel(level);
 }
 
 template <class Children>
 void ContainerValue<Children>::SetMinimumUserInterfaceLevel(ValueAction level) {
     Value::SetMinimumUserInterfaceLevel(level);
-    for (Value* child : Present(children_)) child->SetMinimumUserInterfaceLevel(level);
+    for (Value* child : children_)
+        if (child) child->SetMinimumUserInterfaceLevel(level);
 }
 
 template <class Children>
 bool ContainerValue<Children>::RebootNeeded() const {
-    return OwnRebootNeeded() || std::ranges::any_of(Present(children_), &Value::RebootNeeded);
+    const auto needed = [](const Value* child) { return child && child->RebootNeeded(); };
+    return OwnRebootNeeded() || std::any_of(children_.begin(), children_.end(), needed);
 }
 
 template <class Children>
 bool ContainerValue<Children>::RestartNeeded() const {
-    return OwnRestartNeeded() || std::ranges::any_of(Present(children_), &Value::RestartNeeded);
+    const auto needed = [](const Value* child) { return child && child->RestartNeeded(); };
+    return OwnRestartNeeded() || std::any_of(children_.begin(), children_.end(), needed);
 }
 
 template <class Children>

@@ -16,6 +16,7 @@ class PointerSequence {
     int Size() const { return static_cast<int>(slots_.size()); }
     auto begin() { return slots_.begin(); }
     auto begin() const { return slots_.begin(); }
+    auto end() { return slots_.end(); }
     auto end() const { return slots_.end(); }
     bool operator==(const PointerSequence& other) const = default;
 

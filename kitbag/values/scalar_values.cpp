@@ -91,7 +91,8 @@ std::string DefaultTextOf(const RegistryKey& key) {
         return {};
     std::string text(bytes, '\0');
     if (QueryValue(key.Get(), "", nullptr, text.data(), &bytes) != ERROR_SUCCESS) return {};
-    return text.c_str();
+    // Up to the first zero, which other programs store in the middle too.
+    return std::string(text, 0, text.find('\0'));
 }
 
 }  // namespace
@@ -310,6 +311,7 @@ IdentValue::IdentValue(const TWinString<char>& value) { IdentValue::SetValue(val
 Value* IdentValue::Copy() const { return new IdentValue(*this); }
 void IdentValue::Accept(CValueVisitor& visitor) const { visitor.Visit(*this); }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): programs are built against it
 TWinString<char> IdentValue::GetStringField(TWinString<char> field) const {
     const std::string text = GetValue();
     const std::string opening = field + "='";

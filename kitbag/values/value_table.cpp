@@ -82,8 +82,8 @@ void ValueTable::Sort(const TWinString<char>& memberName) {
     // Compare orders values of different classes by other rules than those of one class, so that
     // three values may contradict one another. std::sort could then run past the ends.
     const auto lacking =
-        std::ranges::stable_partition(rows, [](const Keyed& a) { return a.member; });
-    std::stable_sort(rows.begin(), lacking.begin(), [](const Keyed& a, const Keyed& b) {
+        std::stable_partition(rows.begin(), rows.end(), [](const Keyed& a) { return a.member; });
+    std::stable_sort(rows.begin(), lacking, [](const Keyed& a, const Keyed& b) {
         return a.member->Compare(*b.member) < 0;
     });
 
