@@ -6,16 +6,6 @@
 
 StandInServer server;
 
-namespace {
-
-template <class Info>
-void HandOut(const Info& info, BYTE** buffer) {
-    ++server.buffersHeld;
-    *buffer = reinterpret_cast<BYTE*>(new Info(info));
-}
-
-}  // namespace
-
 /// One entry a call, so that every list takes several calls.
 NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWORD* read, DWORD*,
                                    DWORD* resume) {
@@ -25,18 +15,19 @@ NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWO
     static wchar_t name[80], path[80];
     ::MultiByteToWideChar(CP_ACP, 0, share.name, -1, name, 80);
     ::MultiByteToWideChar(CP_ACP, 0, share.path, -1, path, 80);
-    HandOut(SHARE_INFO_502{name, share.type, nullptr, 7, 0, 0, path, nullptr, 0, nullptr}, buffer);
+    static SHARE_INFO_502 info;
+    info = {name, share.type, nullptr, 7, 0, 0, path, nullptr, 0, nullptr};
+    *buffer = reinterpret_cast<BYTE*>(&info);
+    ++server.buffersHeld;
     return ERROR_MORE_DATA;
 }
 
 NET_API_STATUS WINAPI NetServerGetInfo(LMSTR, DWORD, BYTE** buffer) {
     static wchar_t name[] = L"PC";
-    HandOut(SERVER_INFO_100{0, name}, buffer);
+    static SERVER_INFO_100 info{0, name};
+    *buffer = reinterpret_cast<BYTE*>(&info);
+    ++server.buffersHeld;
     return NERR_Success;
 }
 
-NET_API_STATUS WINAPI NetApiBufferFree(void* buffer) {
-    --server.buffersHeld;
-    ::operator delete(buffer);
-    return NERR_Success;
-}
+NET_API_STATUS WINAPI NetApiBufferFree(void*) { return --server.buffersHeld, NERR_Success; }
