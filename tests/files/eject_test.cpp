@@ -42,7 +42,7 @@ BOOL WINAPI Control(HANDLE, DWORD code, void* in, DWORD size, void* out, DWORD o
     EXPECT_TRUE(eax == 0x440D && ((medium ? 0 : edx) | edi | esi | flags) == 0);
     const int error = Ask("%lx/%lx.%d", ecx, ebx, medium ? medium[0] : 0);
     flags = error != 0;
-    if (flags) eax = static_cast<DWORD>(error);
+    eax = static_cast<DWORD>(error);
     return TRUE;
 }
 BOOL WINAPI Close(HANDLE) { return Ask("close")-- <= 0; }
@@ -66,7 +66,6 @@ TEST(Eject, TakesOneStepAfterTheOtherOnNt) {
     Expect({}, " E:\\ \\\\.\\E:,c0000000,3,3,0" + steps, true, 'E');
     Expect({{"e:\\", DRIVE_FIXED}}, " e:\\", false);
     Expect({{"90020", 1}}, cd + " 90018 90020 close", true);
-    Expect({{"2d4804=0", 1}}, cd + " 90018 90020 2d4804=0 close", true);
     Expect({{"close", 1}}, cd + steps, false);
     for (const char letter : {'\0', '@', '[', '{'}) Expect({}, "", false, letter);
     std::string locks;
