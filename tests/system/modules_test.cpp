@@ -2,11 +2,13 @@
 #include <kitbag/system/module_tracking.h>
 #include <kitbag/system/module_version.h>
 #include <oleauto.h>
+#include <tests/support/import_patch.h>
 #include <tests/support/leak_check.h>
 #include <tests/support/temporary_folder.h>
 
 #include <cstring>
 #include <fstream>
+#include <utility>
 
 namespace {
 
@@ -32,18 +34,22 @@ TEST(ModuleVersion, IsReadFromTheResource) {
     EXPECT_STREQ("Western", withoutTranslation.GetStringValue("CompanyName"));
 }
 
+BOOL WINAPI ComputerName(char* name, DWORD* size) {
+    ::lstrcpyA(name, "PC");
+    return std::exchange(*size, 2) == 260;
+}
+
 TEST(ModuleVersion, FillsTheModulesRecord) {
-    wchar_t path[MAX_PATH], computer[MAX_PATH];
-    DWORD size = MAX_PATH;
+    const kitbag::test::ImportPatch patch("GetComputerNameA", ComputerName);
+    wchar_t path[MAX_PATH];
     ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-    ::GetComputerNameW(computer, &size);
     const char blocks[] = "fifteen letters\0letters fifteen";
     ModuleInfo info{};
     EXPECT_FALSE(KB_FillModuleInfo(&info, nullptr, "Name", blocks, blocks + 16));
     info.size = 56;
     EXPECT_TRUE(KB_FillModuleInfo(&info, nullptr, "N\xe4me", blocks, blocks + 16));
     EXPECT_STREQ(L"N\xe4me", info.moduleName);
-    EXPECT_STREQ(computer, info.computerName);
+    EXPECT_STREQ(L"PC", info.computerName);
     EXPECT_STREQ(path, info.filePath);
     EXPECT_EQ(0x30004u, info.productVersionMS);
     EXPECT_EQ(0x50006u, info.productVersionLS);
