@@ -92,7 +92,7 @@ std::string DefaultTextOf(const RegistryKey& key) {
     std::string text(bytes, '\0');
     if (QueryValue(key.Get(), "", nullptr, text.data(), &bytes) != ERROR_SUCCESS) return {};
     // Up to the first zero, which other programs store in the middle too.
-    return std::string(text, 0, text.find('\0'));
+    return {text, 0, text.find('\0')};
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <tests/faults/workload.h>
 #include <tests/support/leak_check.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 
 namespace {
@@ -36,13 +38,20 @@ TEST_P(FaultSweep, IsSurvivedAndLeavesNothingOpen) {
     const FailingImport fault(GetParam());
     RunWorkload();  // what the system and the library keep once is there afterwards
     RunWorkload();
-    const ULONG_PTR handles = LowestFreeHandle();
-    const int blocks = HeapBlocks();
-    for (int i = 0; i < 3; ++i) RunWorkload();
-    EXPECT_EQ(handles, LowestFreeHandle());
+    // What the library loses it loses in every round; the system keeps this or that at times.
+    long handles = LONG_MAX;
+    int blocks = INT_MAX;
+    for (int round = 0; round < 3; ++round) {
+        const auto handlesBefore = static_cast<long>(LowestFreeHandle());
+        const int blocksBefore = HeapBlocks();
+        RunWorkload();
+        handles = std::min(handles, static_cast<long>(LowestFreeHandle()) - handlesBefore);
+        blocks = std::min(blocks, HeapBlocks() - blocksBefore);
+    }
+    EXPECT_LE(handles, 0);
     // The checking heap keeps freed blocks for a while.
     if (!std::getenv("KITBAG_HEAP_CHECK")) {
-        EXPECT_EQ(blocks, HeapBlocks());
+        EXPECT_LE(blocks, 0);
     }
     EXPECT_GT(fault.Calls(), 0) << "the workload must be extended to reach it";
 }

@@ -57,6 +57,19 @@ TEST(ModuleVersion, FillsTheModulesRecord) {
     for (BSTR text : {info.moduleName, info.computerName, info.filePath}) ::SysFreeString(text);
 }
 
+TEST(ModuleTracking, TakesTheTimeFromARealModule) {
+    HMODULE library = ::LoadLibraryA("Kitbag.dll");
+    char file[MAX_PATH];
+    ::GetModuleFileNameA(library, file, MAX_PATH);
+    const auto* image = reinterpret_cast<const BYTE*>(library);
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+    const auto* header = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos->e_lfanew);
+    DWORD stored = 77, current = 77;
+    EXPECT_FALSE(KB_GetStoredLinkTime(file, "Kitbag", &stored, &current, true));
+    EXPECT_EQ(header->FileHeader.TimeDateStamp, current);
+    EXPECT_FALSE(KB_IsNewModule(file, "Kitbag"));
+}
+
 TEST(ModuleTracking, SeesModulesThatWereLinkedSince) {
     const kitbag::test::TemporaryFolder folder;
     const std::string path = (folder / "module.dll").string();
