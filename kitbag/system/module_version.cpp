@@ -103,7 +103,10 @@ std::string ComputerName() {
     return ::GetComputerNameA(name, &size) ? std::string(name, size) : std::string();
 }
 
-_bstr_t NewBstr(const char* text) { return ToWide(text).c_str(); }
+_bstr_t NewBstr(const char* text) {
+    _bstr_t created(ToWide(text).c_str());
+    return created;
+}
 
 bool FillModuleInfo(ModuleInfo* record, HMODULE module, const char* moduleName,
                     const void* firstBlock, const void* secondBlock) {
