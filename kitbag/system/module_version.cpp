@@ -1,13 +1,14 @@
 #include <kitbag/frame/guard.h>
+#include <kitbag/frame/owned.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/frame/text_form.h>
 #include <kitbag/frame/win_string.h>
 #include <kitbag/system/module_file.h>
 #include <kitbag/system/module_version.h>
-// Needs the system's headers.
-#include <comutil.h>
+#include <oleauto.h>
 
 #include <cstring>
+#include <new>
 #include <string>
 
 using kitbag::Guarded;
@@ -103,8 +104,16 @@ std::string ComputerName() {
     return ::GetComputerNameA(name, &size) ? std::string(name, size) : std::string();
 }
 
-_bstr_t NewBstr(const char* text) {
-    _bstr_t created(ToWide(text).c_str());
+struct BstrPolicy {
+    using Handle = BSTR;
+    static Handle None() { return nullptr; }
+    static void Close(BSTR text) { ::SysFreeString(text); }
+};
+using Bstr = Owned<BstrPolicy>;
+
+Bstr NewBstr(const char* text) {
+    Bstr created(::SysAllocString(ToWide(text).c_str()));
+    if (!created) throw std::bad_alloc();
     return created;
 }
 
@@ -118,13 +127,13 @@ bool FillModuleInfo(ModuleInfo* record, HMODULE module, const char* moduleName,
     const std::string file = ModuleFileName(module);
     CModuleVersion version(file.c_str());
     const bool hasVersion = version.Read();
-    _bstr_t name = NewBstr(moduleName);
-    _bstr_t computer = NewBstr(ComputerName().c_str());
-    _bstr_t path = NewBstr(file.c_str());
+    Bstr name = NewBstr(moduleName);
+    Bstr computer = NewBstr(ComputerName().c_str());
+    Bstr path = NewBstr(file.c_str());
 
-    record->moduleName = name.Detach();
-    record->computerName = computer.Detach();
-    record->filePath = path.Detach();
+    record->moduleName = name.Release();
+    record->computerName = computer.Release();
+    record->filePath = path.Release();
     record->productVersionMS = hasVersion ? version.dwProductVersionMS : 0;
     record->productVersionLS = hasVersion ? version.dwProductVersionLS : 0;
     std::memcpy(record->firstBlock, firstBlock, sizeof record->firstBlock);
