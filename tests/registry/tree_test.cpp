@@ -1,4 +1,6 @@
+#include <kitbag/registry/dump.h>
 #include <kitbag/registry/tree.h>
+#include <tests/support/leak_check.h>
 #include <tests/support/private_registry.h>
 #include <tests/support/text_forms.h>
 
@@ -6,6 +8,7 @@
 
 namespace {
 
+using kitbag::test::ExpectNoHandleLeak;
 using kitbag::test::RawKey;
 using kitbag::test::Text;
 
@@ -129,6 +132,28 @@ TYPED_TEST(SettingsTree, EnumeratesValuesByTheirBareNames) {
     EXPECT_EQ(T("before"), object);
     EXPECT_TRUE(KB(EnumValueTString)(T("Default"), 0, object));
     EXPECT_EQ(T(""), object) << "the key's default value has no name";
+}
+
+TYPED_TEST(SettingsTree, LeavesNoKeyOpen) {
+    using Ch = TypeParam;
+    RawKey("S\\One").Set(L"N", 1u);
+    Text<Ch> text;
+    ExpectNoHandleLeak([&] {
+        RawKey("T\\One\\Two");
+        for (const auto* section : {T("S"), T("T"), T("missing\\too"), T("")}) {
+            KB(GetKeyCount)(section);
+            KB(GetValueCount)(section);
+            for (const DWORD index : {0u, 9u}) {
+                KB(EnumKeyTString)(section, index, text);
+                KB(EnumValueTString)(section, index, text);
+            }
+        }
+        KB(DumpRegistry)(T("T"), text);
+        KB(DeleteValue)(T("S"), T("missing"));
+        KB(DeleteKey)(T("S"), T(""));
+        KB(DeleteSection)(T("T"));
+        text.clear();
+    });
 }
 
 }  // namespace
