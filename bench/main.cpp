@@ -8,5 +8,6 @@ int main() {
     for (const auto measure :
          {MeasureRegistry, MeasureFrame, MeasureValues, MeasureFiles, MeasureRuntime})
         for (const Result& result : measure()) results.push_back(result);
+    PrintHeading();
     return Print(results) ? 0 : 1;
 }

@@ -84,6 +84,12 @@ Rounds Interleave(const Comparison& comparison) {
     return rounds;
 }
 
+void PrintLine(const Result& line) {
+    std::printf("%-52s %10s   %-57s %7s   %-12s %s\n", line.operation.c_str(), line.library.c_str(),
+                line.reference.c_str(), line.ratio.c_str(), line.bound.c_str(),
+                line.held ? "" : "EXCEEDED");
+}
+
 }  // namespace
 
 Result Measure(const Comparison& comparison) {
@@ -121,14 +127,12 @@ Result Measure(const Absolute& absolute) {
     return result;
 }
 
+void PrintHeading() { PrintLine({"operation", "library", "reference", "ratio", "should be"}); }
+
 bool Print(const std::vector<Result>& results) {
-    const char* const format = "%-52s %10s   %-46s %7s   %-12s %s\n";
-    std::printf(format, "operation", "library", "reference", "ratio", "should be", "");
     bool allHeld = true;
     for (const Result& result : results) {
-        std::printf(format, result.operation.c_str(), result.library.c_str(),
-                    result.reference.c_str(), result.ratio.c_str(), result.bound.c_str(),
-                    result.held ? "" : "EXCEEDED");
+        PrintLine(result);
         allHeld = allHeld && result.held;
     }
     return allHeld;

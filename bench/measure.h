@@ -45,7 +45,9 @@ struct Result {
 Result Measure(const Comparison& comparison);
 Result Measure(const Absolute& absolute);
 
-/// Prints the table; false where a bound is exceeded.
+/// Prints the table's first line.
+void PrintHeading();
+/// Prints the table's lines; false where a bound is exceeded.
 bool Print(const std::vector<Result>& results);
 
 /// Keeps the compiler from leaving out what a benchmark computes.

@@ -24,17 +24,15 @@ struct Samples {
     std::vector<Sample> samples = std::vector<Sample>(240000);
     std::size_t used = 0;
 
-    [[gnu::noinline]] void Add(unsigned long index, unsigned long long value, bool newLine) {
+    [[gnu::noipa]] void Add(unsigned long index, unsigned long long value, bool newLine) {
         if (used + 1 < samples.size())
             samples[used++] = {static_cast<std::uint16_t>(index), newLine, value};
     }
 };
 
-[[gnu::noinline]] void Nothing(unsigned long index, unsigned long long value, bool newLine) {
-    Keep(index);
-    Keep(value);
-    Keep(newLine);
-}
+struct Nothing {
+    [[gnu::noipa]] void Add(unsigned long, unsigned long long, bool) {}
+};
 
 std::FILE* OpenNothing(const char*, const char* mode) { return std::fopen("NUL", mode); }
 
@@ -59,7 +57,7 @@ std::vector<Result> MeasureRuntime() {
         for (int i = 0; i < count; ++i) samples->Add(0, static_cast<unsigned long long>(i), false);
     };
     const Calls empty = [](int count) {
-        for (int i = 0; i < count; ++i) Nothing(0, static_cast<unsigned long long>(i), false);
+        for (int i = 0; i < count; ++i) Nothing().Add(0, static_cast<unsigned long long>(i), false);
     };
     std::vector<Result> results = {
         Measure(Comparison{"PerformanceLogger::AddRecord, active", Add(active),

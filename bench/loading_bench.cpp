@@ -1,0 +1,48 @@
+// What the library costs a program before its first call: its size, and being loaded and unloaded.
+
+#include <bench/measure.h>
+#include <windows.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+using namespace kitbag::bench;
+
+namespace {
+
+std::filesystem::path Beside(const char* name) {
+    char program[MAX_PATH];
+    ::GetModuleFileNameA(nullptr, program, MAX_PATH);
+    return std::filesystem::path(program).replace_filename(name);
+}
+
+/// The program has the same imports too, so that what they come from stays loaded.
+Calls Load(const char* name) {
+    return [file = Beside(name).string()](int count) {
+        for (int i = 0; i < count; ++i) {
+            const HMODULE library = ::LoadLibraryA(file.c_str());
+            if (!library) throw std::runtime_error(file + " cannot be loaded");
+            ::FreeLibrary(library);
+        }
+    };
+}
+
+constexpr char kShipped[] = "bench_shipped.dll";
+
+Result Size() {
+    constexpr std::uintmax_t kBound = 500'000;
+    const auto bytes = std::filesystem::file_size(Beside(kShipped));
+    const auto kilobytes = [](auto size) { return std::to_string(size / 1000) + " KB"; };
+    return {"Kitbag.dll, stripped",    kilobytes(bytes), "", "",
+            "<= " + kilobytes(kBound), bytes <= kBound};
+}
+
+}  // namespace
+
+int main() {
+    const Comparison loading{"LoadLibrary and FreeLibrary", Load(kShipped),
+                             "an empty DLL with the same imports", Load("bench_imports.dll"), 1.3};
+    return Print({Measure(loading), Size()}) ? 0 : 1;
+}
