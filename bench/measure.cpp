@@ -84,19 +84,25 @@ Rounds Interleave(const Comparison& comparison) {
     return rounds;
 }
 
+const char* Verdict(bool steady, bool held) {
+    if (!held) return "EXCEEDED";
+    return steady ? "" : "unsteady";
+}
+
 void PrintLine(const Result& line) {
     std::printf("%-52s %10s   %-57s %7s   %-12s %s\n", line.operation.c_str(), line.library.c_str(),
                 line.reference.c_str(), line.ratio.c_str(), line.bound.c_str(),
-                line.held ? "" : "EXCEEDED");
+                line.verdict.c_str());
 }
 
 }  // namespace
 
 Result Measure(const Comparison& comparison) {
     Rounds rounds;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    bool steady = false;
+    for (int attempt = 0; !steady && attempt < kAttempts; ++attempt) {
         rounds = Interleave(comparison);
-        if (IsSteady(rounds.library) && IsSteady(rounds.reference)) break;
+        steady = IsSteady(rounds.library) && IsSteady(rounds.reference);
     }
     const double ratio = Median(rounds.ratios);
     Result result;
@@ -105,25 +111,26 @@ Result Measure(const Comparison& comparison) {
     result.reference = Duration(Median(rounds.reference)) + "  " + comparison.referenceName;
     result.ratio = Ratio(ratio);
     result.bound = comparison.bound > 0 ? "<= " + Ratio(comparison.bound) : "information";
-    result.held = comparison.bound <= 0 || ratio <= comparison.bound;
+    result.verdict = Verdict(steady, comparison.bound <= 0 || ratio <= comparison.bound);
     return result;
 }
 
 Result Measure(const Absolute& absolute) {
     std::vector<double> times;
     const int calls = CallsPerRound(absolute.library);
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    bool steady = false;
+    for (int attempt = 0; !steady && attempt < kAttempts; ++attempt) {
         times.clear();
         for (int round = 0; round < kAbsoluteRounds; ++round)
             times.push_back(Time(absolute.library, calls));
-        if (IsSteady(times)) break;
+        steady = IsSteady(times);
     }
     const double time = Median(times);
     Result result;
     result.operation = absolute.operation;
     result.library = Duration(time);
     result.bound = "<= " + Duration(absolute.boundInNanoseconds);
-    result.held = time <= absolute.boundInNanoseconds;
+    result.verdict = Verdict(steady, time <= absolute.boundInNanoseconds);
     return result;
 }
 
@@ -133,7 +140,7 @@ bool Print(const std::vector<Result>& results) {
     bool allHeld = true;
     for (const Result& result : results) {
         PrintLine(result);
-        allHeld = allHeld && result.held;
+        allHeld = allHeld && result.verdict.empty();
     }
     return allHeld;
 }

@@ -37,17 +37,18 @@ struct Result {
     std::string reference;
     std::string ratio;
     std::string bound;
-    bool held = true;
+    /// Empty where all is well.
+    std::string verdict = {};
 };
 
 /// The median time of one call, of a run whose first and last rounds differ by a fifth at most;
-/// unsteady runs are discarded and repeated.
+/// unsteady runs are discarded and repeated, and the verdict tells where all were unsteady.
 Result Measure(const Comparison& comparison);
 Result Measure(const Absolute& absolute);
 
 /// Prints the table's first line.
 void PrintHeading();
-/// Prints the table's lines; false where a bound is exceeded.
+/// Prints the table's lines; false where a verdict is not empty.
 bool Print(const std::vector<Result>& results);
 
 /// Keeps the compiler from leaving out what a benchmark computes.
