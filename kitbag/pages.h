@@ -13,7 +13,7 @@
 //
 // IKivPageFactory
 //
-// Belongs to the thread that created it, an apartment of its own. It is an automation object too
+// Belongs to the apartment of the thread that created it. It is an automation object too
 // (ProgID "Kitbag.KivPageFactory", once the library is registered): scripts get the last argument
 // as the result. Its own failures are told by their codes alone; an error object that the
 // application left in a call that the factory made reaches the caller of the factory.

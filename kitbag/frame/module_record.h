@@ -42,7 +42,7 @@ struct ModuleRecord {
     HINSTANCE resourceInstance;
     HINSTANCE typeLibraryInstance;
     /// Live COM objects and server locks.
-    LONG lockCount;
+    volatile LONG lockCount;
     ClassObjectEntryV1* classObjects;
     CRITICAL_SECTION generalSection;
     CRITICAL_SECTION classCreationSection;

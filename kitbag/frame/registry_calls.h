@@ -1,6 +1,8 @@
 // The registry's functions in both text forms under one name each.
 #pragma once
 
+#include <kitbag/frame/owned.h>
+#include <kitbag/frame/text_form.h>
 #include <windows.h>
 
 namespace kitbag {
@@ -19,6 +21,28 @@ inline LSTATUS CreateKey(HKEY parent, const char* path, REGSAM access, HKEY* key
 inline LSTATUS CreateKey(HKEY parent, const wchar_t* path, REGSAM access, HKEY* key) {
     return ::RegCreateKeyExW(parent, path, 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
                              key, nullptr);
+}
+
+/// The key, or none where it cannot be opened.
+template <class Ch>
+RegistryKey OpenedKey(HKEY parent, const Ch* path, REGSAM access) {
+    HKEY key = nullptr;
+    return RegistryKey(OpenKey(parent, path, access, &key) == ERROR_SUCCESS ? key : nullptr);
+}
+
+/// The key, created where it is missing, or none where that fails.
+template <class Ch>
+RegistryKey CreatedKey(HKEY parent, const Ch* path, REGSAM access) {
+    HKEY key = nullptr;
+    return RegistryKey(CreateKey(parent, path, access, &key) == ERROR_SUCCESS ? key : nullptr);
+}
+
+/// How many sub-keys and values a key has.
+template <class Ch>
+LSTATUS QueryCounts(HKEY key, DWORD* keys, DWORD* values) {
+    return PickForm<Ch>(::RegQueryInfoKeyA, ::RegQueryInfoKeyW)(key, nullptr, nullptr, nullptr,
+                                                                keys, nullptr, nullptr, values,
+                                                                nullptr, nullptr, nullptr, nullptr);
 }
 
 inline LSTATUS DeleteKey(HKEY parent, const char* name) { return ::RegDeleteKeyA(parent, name); }

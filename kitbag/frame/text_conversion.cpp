@@ -1,17 +1,15 @@
 #include <kitbag/frame/text_conversion.h>
 #include <windows.h>
 
-#include <cwchar>
-
 namespace kitbag {
 
 std::string ToNarrow(const wchar_t* text) {
     if (!text) return {};
-    // No ANSI code page needs more than two bytes for a 16-bit character.
-    std::string narrow(2 * std::wcslen(text) + 2, '\0');
-    const int bytes = ::WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(),
-                                            static_cast<int>(narrow.size()), nullptr, nullptr);
-    narrow.resize(bytes > 0 ? static_cast<std::size_t>(bytes) - 1 : 0);
+    const int bytes = ::WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (bytes <= 1) return {};
+    std::string narrow(static_cast<std::size_t>(bytes), '\0');
+    ::WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(), bytes, nullptr, nullptr);
+    narrow.pop_back();
     return narrow;
 }
 

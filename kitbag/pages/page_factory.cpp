@@ -72,8 +72,12 @@ STDMETHODIMP CKivPageFactory::SetDefaultObject(IUnknown* object) {
 STDMETHODIMP CKivPageFactory::RegisterObject(GUID identifier, IUnknown* object) {
     return Guarded(
         [&] {
+            // What was registered goes when the map is in order again.
             Object changing(object);
-            changing.Swap(objects_[identifier]);
+            if (object)
+                changing.Swap(objects_[identifier]);
+            else if (auto node = objects_.extract(identifier))
+                changing.Swap(node.mapped());
             return S_OK;
         },
         E_OUTOFMEMORY);
@@ -82,8 +86,7 @@ STDMETHODIMP CKivPageFactory::RegisterObject(GUID identifier, IUnknown* object) 
 STDMETHODIMP CKivPageFactory::GetRegisteredObject(GUID identifier, IUnknown** object) {
     if (!object) return E_POINTER;
     const auto found = objects_.find(identifier);
-    const bool registered = found != objects_.end() && found->second;
-    return (registered ? found->second : defaultObject_).CopyTo(object);
+    return (found != objects_.end() ? found->second : defaultObject_).CopyTo(object);
 }
 
 std::string CKivPageFactory::ScriptFile(LONG index, const char* operation) const {

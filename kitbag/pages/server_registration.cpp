@@ -15,6 +15,7 @@ namespace kitbag {
 
 namespace {
 
+/// Empty where the resource cannot be had.
 std::wstring ScriptText() {
     HINSTANCE module = moduleRecord.resourceInstance;
     HRSRC resource =
@@ -38,8 +39,12 @@ HRESULT Unregister() {
 }
 
 HRESULT Register() {
-    HRESULT result = moduleRecord.UpdateRegistry(true);
-    if (SUCCEEDED(result)) result = RegisterOwnTypeLibrary();
+    const HRESULT result = Guarded(
+        [] {
+            const HRESULT classes = moduleRecord.UpdateRegistry(true);
+            return FAILED(classes) ? classes : RegisterOwnTypeLibrary();
+        },
+        E_OUTOFMEMORY);
     // Half a registration would make programs fail later and less plainly.
     if (FAILED(result)) Unregister();
     return result;
@@ -53,8 +58,10 @@ HRESULT UpdatePageFactoryRegistration(bool install) {
         {L"TYPELIB", TextOf(LIBID_Kitbag)},
         {L"MODULE", LibraryFile()},
     };
+    const std::wstring script = ScriptText();
+    if (script.empty()) return HRESULT_FROM_WIN32(::GetLastError());
     try {
-        const auto roots = ParseRegistrationScript(ScriptText(), replacements);
+        const auto roots = ParseRegistrationScript(script, replacements);
         return install ? WriteRegistration(roots) : RemoveRegistration(roots);
     } catch (const RegistrationScriptError& error) {
         DebugTrace("UpdatePageFactoryRegistration: Line %ld of the script wants %s\n", error.line,

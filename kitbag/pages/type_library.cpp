@@ -5,6 +5,7 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include <filesystem>
 #include <utility>
 
 namespace kitbag {
@@ -26,9 +27,10 @@ HRESULT Load(std::wstring file, TypeLibrary& loaded) {
 
 HRESULT LoadOwn(TypeLibrary& loaded) {
     const std::wstring file = LibraryFile();
+    if (file.empty()) return HRESULT_FROM_WIN32(::GetLastError());
     const HRESULT result = Load(file, loaded);
     if (SUCCEEDED(result)) return result;
-    return Load(file.substr(0, file.rfind(L'.')) + L".tlb", loaded);
+    return Load(std::filesystem::path(file).replace_extension(L".tlb").native(), loaded);
 }
 
 /// Owns the attributes of a type library.

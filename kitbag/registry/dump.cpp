@@ -82,8 +82,8 @@ void AppendSubKeys(const RegistryKey& key, const std::basic_string<Ch>& path,
 
 template <class Ch>
 void AppendKey(const std::basic_string<Ch>& path, std::basic_string<Ch>& output) {
-    RegistryKey key;
-    if (OpenKey(HKEY_LOCAL_MACHINE, path.c_str(), KEY_READ, key.Receive()) != ERROR_SUCCESS) return;
+    const RegistryKey key = OpenedKey(HKEY_LOCAL_MACHINE, path.c_str(), KEY_READ);
+    if (!key) return;
     output += path;
     output += KITBAG_TEXT(Ch, "<p>\n");
     AppendValues(key, output);
@@ -92,8 +92,10 @@ void AppendKey(const std::basic_string<Ch>& path, std::basic_string<Ch>& output)
 
 template <class Ch>
 bool DumpRegistry(const Ch* section, std::basic_string<Ch>& output) {
+    // First, since the section may lie in the output.
+    const std::basic_string<Ch> path = SettingsPath<Ch>(section).Get();
     output += KITBAG_TEXT(Ch, "------- HKEY_LOCAL_MACHINE -------\n");
-    AppendKey<Ch>(SettingsPath<Ch>(section).Get(), output);
+    AppendKey(path, output);
     return true;
 }
 

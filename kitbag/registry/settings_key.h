@@ -57,17 +57,13 @@ class SettingsPath {
 /// The section's key, opened for reading; none where it does not exist.
 template <class Ch>
 RegistryKey OpenSection(const Ch* section) {
-    RegistryKey key;
-    OpenKey(HKEY_LOCAL_MACHINE, SettingsPath<Ch>(section).Get(), KEY_READ, key.Receive());
-    return key;
+    return OpenedKey(HKEY_LOCAL_MACHINE, SettingsPath<Ch>(section).Get(), KEY_READ);
 }
 
 /// The section's key, opened for writing; every key missing along its path is created.
 template <class Ch>
 RegistryKey CreateSection(const Ch* section) {
-    RegistryKey key;
-    CreateKey(HKEY_LOCAL_MACHINE, SettingsPath<Ch>(section).Get(), KEY_ALL_ACCESS, key.Receive());
-    return key;
+    return CreatedKey(HKEY_LOCAL_MACHINE, SettingsPath<Ch>(section).Get(), KEY_ALL_ACCESS);
 }
 
 }  // namespace kitbag

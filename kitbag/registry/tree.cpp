@@ -39,10 +39,7 @@ template <class Ch>
 Counts CountsOf(const Ch* section) {
     const RegistryKey key = OpenSection(section);
     Counts counts;
-    // No text is asked for, so one form of the system function serves both.
-    if (!key ||
-        ::RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &counts.keys, nullptr, nullptr,
-                           &counts.values, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+    if (!key || QueryCounts<Ch>(key.Get(), &counts.keys, &counts.values) != ERROR_SUCCESS)
         return {};
     return counts;
 }
@@ -102,8 +99,12 @@ bool KeyPathToBuffer(const char* section, DWORD index, char* name, DWORD* length
 }
 
 bool KeyPathToObject(const char* section, DWORD index, std::string& name) {
-    if (!NameToObject(KeyName<char>, section, index, name)) return false;
-    name.insert(0, PathPrefix(section));
+    std::string path = PathPrefix(section);
+    std::string keyName;
+    if (!NameToObject(KeyName<char>, section, index, keyName)) return false;
+    path += keyName;
+    // Last, since the section may lie in the object.
+    name = std::move(path);
     return true;
 }
 

@@ -1,3 +1,4 @@
+#include <kitbag/frame/owned.h>
 #include <kitbag/runtime/threads.h>
 
 namespace {
@@ -16,8 +17,9 @@ SimpleThread::~SimpleThread() {
 }
 
 bool SimpleThread::Start(int priority) {
-    if (thread_) ::CloseHandle(thread_);
     DWORD id = threadId_;
+    // Closed last, for other threads may be asking whether this one is finished.
+    const kitbag::KernelHandle former(thread_);
     thread_ = ::CreateThread(nullptr, 0, ThreadProc, this, 0, &id);
     threadId_ = id;
     if (thread_) ::SetThreadPriority(thread_, priority);
@@ -58,11 +60,8 @@ void WorkerThread::OnThreadExit() {}
 
 void WorkerThread::ThreadEntryPoint() {
     OnThreadStart();
-    while (active_) {
-        if (DoWork()) continue;
-        active_ = false;
-        break;
-    }
+    while (active_)
+        if (!DoWork()) active_ = false;
     OnThreadExit();
 }
 

@@ -5,6 +5,8 @@
 #include <kitbag/system/module_file.h>
 #include <kitbag/system/module_tracking.h>
 
+#include <optional>
+
 namespace kitbag {
 
 namespace {
@@ -14,9 +16,7 @@ constexpr char kVersionKey[] = "Software\\Tarnwick\\Vidmoor\\Version";
 constexpr char kRunOnceKey[] = "Software\\Tarnwick\\Vidmoor\\RunOnce";
 
 RegistryKey OpenFully(const char* path) {
-    RegistryKey key;
-    OpenKey(HKEY_LOCAL_MACHINE, path, KEY_ALL_ACCESS, key.Receive());
-    return key;
+    return OpenedKey(HKEY_LOCAL_MACHINE, path, KEY_ALL_ACCESS);
 }
 
 /// Four bytes are taken for a link time whatever their type.
@@ -30,8 +30,7 @@ std::optional<DWORD> StoredTime(const char* valueName) {
 }
 
 std::optional<DWORD> StoreLinkTime(const char* file, const char* valueName) {
-    RegistryKey key;
-    CreateKey(HKEY_LOCAL_MACHINE, kVersionKey, KEY_ALL_ACCESS, key.Receive());
+    const RegistryKey key = CreatedKey(HKEY_LOCAL_MACHINE, kVersionKey, KEY_ALL_ACCESS);
     const auto time = LinkTime(file);
     if (key && time) SetValue(key.Get(), valueName, REG_DWORD, &*time, sizeof *time);
     return time;

@@ -47,13 +47,15 @@ void ContainerValue<Children>::SetMinimumUserInterfaceLevel(ValueAction level) {
 template <class Children>
 bool ContainerValue<Children>::RebootNeeded() const {
     const auto needed = [](const Value* child) { return child && child->RebootNeeded(); };
-    return OwnRebootNeeded() || std::any_of(children_.begin(), children_.end(), needed);
+    return Value::RebootNeeded() || HasValueAction(RebootNeededAction) ||
+           std::any_of(children_.begin(), children_.end(), needed);
 }
 
 template <class Children>
 bool ContainerValue<Children>::RestartNeeded() const {
     const auto needed = [](const Value* child) { return child && child->RestartNeeded(); };
-    return OwnRestartNeeded() || std::any_of(children_.begin(), children_.end(), needed);
+    return Value::RestartNeeded() || HasValueAction(RestartNeededAction) ||
+           std::any_of(children_.begin(), children_.end(), needed);
 }
 
 template <class Children>

@@ -19,7 +19,7 @@
 
 namespace kitbag {
 
-inline constexpr unsigned long kListActions = 0xF0;
+inline constexpr unsigned long kSequenceActions = 0xF0;
 
 inline constexpr char kTreeVersion[] = "Table Version";
 /// In a row's key.

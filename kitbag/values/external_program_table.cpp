@@ -24,7 +24,10 @@ ExternalProgramValueTableEntry::ExternalProgramValueTableEntry(
 
 ExternalProgramValueTableEntry& ExternalProgramValueTableEntry::operator=(
     const ValueTableEntry& other) {
-    return *this = static_cast<const ExternalProgramValueTableEntry&>(other);
+    if (const auto* row = dynamic_cast<const ExternalProgramValueTableEntry*>(&other))
+        return *this = *row;
+    ValueTableEntry::operator=(other);
+    return *this;
 }
 
 Value* ExternalProgramValueTableEntry::Copy() const {

@@ -52,7 +52,7 @@ class KITBAG_API ExternalProgramValueTable : public ValueTable {
     /// Loads at once. The table has no name yet, so this is the tree of the empty name, the section
     /// itself; an owner that names the table loads again. Components that keep their programs
     /// directly in a section rely on the first load.
-    ExternalProgramValueTable(const TWinString<char>& section);
+    explicit ExternalProgramValueTable(const TWinString<char>& section);
     /// Copies have no replaceable parameters; an assignment leaves those of the target.
     ExternalProgramValueTable(const ExternalProgramValueTable& other);
     ExternalProgramValueTable& operator=(const ExternalProgramValueTable& other);
@@ -80,6 +80,7 @@ class KITBAG_API ExternalProgramValueTable : public ValueTable {
         TWinString<char> second;
     };
 
+    // Written, and copied with the table; only its place in the layout matters.
     bool loaded_ = false;
     TWinString<char> section_;
     std::vector<ReplaceableParam> replaceableParams_;

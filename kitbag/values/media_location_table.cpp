@@ -94,7 +94,10 @@ MediaLocationValueTableEntry::MediaLocationValueTableEntry(
 
 MediaLocationValueTableEntry& MediaLocationValueTableEntry::operator=(
     const ValueTableEntry& other) {
-    return *this = static_cast<const MediaLocationValueTableEntry&>(other);
+    if (const auto* row = dynamic_cast<const MediaLocationValueTableEntry*>(&other))
+        return *this = *row;
+    ValueTableEntry::operator=(other);
+    return *this;
 }
 
 Value* MediaLocationValueTableEntry::Copy() const {
@@ -122,6 +125,12 @@ MediaLocationValueTable::MediaLocationValueTable(MediaType type) : mediaType_(ty
     else if (KB_GetIntA(kitbag::TreeKey(section_, GetValueName()).c_str(), kMediaType, &stored))
         mediaType_ = static_cast<MediaType>(stored);
     loaded_ = true;
+}
+
+MediaLocationValueTable& MediaLocationValueTable::operator=(const MediaLocationValueTable& other) {
+    ValueTable::operator=(other);
+    loaded_ = other.loaded_;
+    return *this;
 }
 
 Value* MediaLocationValueTable::Copy() const { return new MediaLocationValueTable(*this); }

@@ -54,18 +54,21 @@ class KITBAG_API MediaLocationValueTable : public ValueTable {
 
     /// Loads at once; where no folder is stored the table holds the default ones, which are not
     /// stored until Save. A type that is none of the eight has no place and no defaults.
-    MediaLocationValueTable(MediaType type);
+    explicit MediaLocationValueTable(MediaType type);
     MediaLocationValueTable(const MediaLocationValueTable& other) = default;
-    MediaLocationValueTable& operator=(const MediaLocationValueTable& other) = default;
+    /// Takes the folders; place and media type remain this table's own.
+    MediaLocationValueTable& operator=(const MediaLocationValueTable& other);
     using ValueTable::operator=;
 
     Value* Copy() const override;
     ValueTableEntry* EntryFactory(const TWinString<char>& className) const override;
+    /// Writes the table's whole tree anew, and the media type beside the rows.
     void Save() const;
     /// Appends the default folders of the media type; those that are there stay.
     void SetDefaultValue();
 
  private:
+    // Written, and copied with the table; only its place in the layout matters.
     bool loaded_ = false;
     const char* section_ = nullptr;
     /// Replaced by the stored type on loading, which does not move the table.

@@ -241,8 +241,8 @@ TWinString<char> GuidValue::GUID2TString(const GUID& value) {
 
 TWinString<char> GuidValue::GUID2DisplayString(const GUID& value) {
     const TWinString<char> guid = GUID2TString(value);
-    kitbag::RegistryKey key;
-    kitbag::OpenKey(HKEY_CLASSES_ROOT, ("CLSID\\" + guid).c_str(), KEY_READ, key.Receive());
+    const kitbag::RegistryKey key =
+        kitbag::OpenedKey(HKEY_CLASSES_ROOT, ("CLSID\\" + guid).c_str(), KEY_READ);
     const TWinString<char> name = key ? kitbag::DefaultTextOf(key) : std::string();
     return name.empty() ? guid : name;
 }

@@ -118,9 +118,12 @@ class KITBAG_API ByteArrayValue
     /// value; a buffer that is too small is left as it was, and the answer is false.
     virtual bool GetValue(unsigned char* buffer, unsigned long* size) const;
     virtual unsigned long GetValueSize() const;
-    /// Resizes the bytes and returns them to be filled; SetValue commits them.
+    /// Resizes the bytes and returns them to be filled, valid until the next change or load.
+    /// SetValue commits them; until then a value that was never initialised takes what is stored,
+    /// or its default, instead of them when it is read or saved.
     virtual unsigned char* SetValueSize(unsigned long size);
     virtual void SetValue();
+    /// The default bytes and their number; null where there are none.
     unsigned char* GetDefaultValue(unsigned long& size) const;
 
     using ScalarValue::LoadRegistry;

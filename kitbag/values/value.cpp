@@ -130,11 +130,6 @@ int Value::GetMinimumUserInterfaceLevel() const {
     return static_cast<int>(valueActions_ & kLevelBits);
 }
 
-bool Value::OwnRebootNeeded() const { return rebootNeeded_ || HasValueAction(RebootNeededAction); }
-bool Value::OwnRestartNeeded() const {
-    return restartNeeded_ || HasValueAction(RestartNeededAction);
-}
-
 bool Value::IsEmpty() const { return empty_; }
 
 ValueInfoSource* Value::SetValueInfoSource(ValueInfoSource* source) {

@@ -141,10 +141,6 @@ class KITBAG_API Value : public CValueVisitor {
     bool HasAutoRegistrySource() const { return autoRegistrySource_; }
     void MarkInitialised() const { empty_ = false; }
 
-    /// The stored answer, or the flag of the value's own actions word.
-    bool OwnRebootNeeded() const;
-    bool OwnRestartNeeded() const;
-
  private:
     using SourceText = bool (ValueInfoSource::*)(const Value&, TWinString<char>&);
     bool AskSource(SourceText text, TWinString<char>& out) const;
@@ -175,6 +171,7 @@ class KITBAG_API DefaultValue : public Value {
     bool HasDefaultValue() const;
 
  protected:
+    /// What HasDefaultValue answers.
     void DefaultValueSet(bool set) const;
 
  private:

@@ -8,6 +8,11 @@
 //             : ValueTableEntry(other), Channel(other.Channel), Minutes(other.Minutes) {
 //             Recording::DeclareValues();
 //         }
+//         Recording& operator=(const Recording& other) = default;
+//         Recording& operator=(const ValueTableEntry& other) override {
+//             return *this = dynamic_cast<const Recording&>(other);
+//         }
+//         using ValueTableEntry::operator=;
 //         Value* Copy() const override { return new Recording(*this); }
 //         void DeclareValues() override {
 //             DeclareValue(Channel, "Channel", true);  // part of the row's identifier

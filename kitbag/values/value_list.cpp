@@ -6,7 +6,7 @@
 #include <typeinfo>
 #include <utility>
 
-ValueList::ValueList() : ContainerValue(kitbag::kListActions) {}
+ValueList::ValueList() : ContainerValue(kitbag::kSequenceActions) {}
 
 ValueList::ValueList(const ValueList& other)
     : ContainerValue(other), auxiliaryText_(other.auxiliaryText_) {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-ValueTable::ValueTable() : ContainerValue(kitbag::kListActions) {}
+ValueTable::ValueTable() : ContainerValue(kitbag::kSequenceActions) {}
 
 ValueTable::ValueTable(const ValueTable& other)
     : ContainerValue(other), auxiliaryText_(other.auxiliaryText_) {

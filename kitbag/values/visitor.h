@@ -35,7 +35,8 @@ class ValueTableEntry;
 /// one of them, the one for its own class.
 ///
 /// Every value is a visitor itself, so these are the first virtual operations of every value class.
-/// Their order is part of the binary contract.
+/// They are part of the binary contract, their order and their number: one more would move all
+/// operations of all values.
 class KITBAG_API CValueVisitor {
  public:
     CValueVisitor();
