@@ -4,10 +4,10 @@
 #include <tests/pages/doubles.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/private_registry.h>
-#include <tests/support/temporary_folder.h>
 #include <tests/support/trace_capture.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstring>
 
@@ -27,7 +27,6 @@ using Texts = std::vector<std::wstring>;
 using Factory = IKivPageFactory;
 
 HMODULE localeLibrary = ::GetModuleHandleA(nullptr);
-
 HMODULE WINAPI LoadLocaleLibrary(LPCSTR name) {
     return std::string(name) == "Lingrel.dll" ? localeLibrary : nullptr;
 }
@@ -40,7 +39,7 @@ class PageFactory : public testing::Test {
         ::CoInitialize(nullptr);
         ::CoRegisterClassObject(CLSID_KivGraphicFactory, &class_, CLSCTX_INPROC_SERVER,
                                 REGCLS_MULTIPLEUSE, &cookie_);
-        KB_SetSkinDirectoryA(skin_.Path().string());
+        KB_SetSkinDirectoryA(std::string("C:\\windows"));
         EXPECT_TRUE(KB_CreateKivPageFactory(&factory_));
     }
     ~PageFactory() override { ::CoRevokeClassObject(cookie_); }
@@ -61,10 +60,7 @@ class PageFactory : public testing::Test {
         return {result, out};
     }
     Texts GraphicCalls() { return std::exchange(class_.graphics.calls, {}); }
-    /// The full path of a file in the skin directory.
-    std::wstring InSkin(const wchar_t* name) { return (skin_.Path() / name).wstring(); }
 
-    TemporaryFolder skin_;
     GraphicClass class_;
     DWORD cookie_ = 0;
     ImportPatch loadLibrary_{"LoadLibraryA", LoadLocaleLibrary};
@@ -193,11 +189,11 @@ TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
 
 TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
     RawKey("Skins").Set(L"Renamed", L"New.page");
-    const std::tuple<const wchar_t*, std::wstring, std::wstring> cases[] = {
-        {L"Main.page", InSkin(L"Main.page"), InSkin(L"")},
+    const std::array<const wchar_t*, 3> cases[] = {
+        {L"Main.page", L"C:\\windows\\Main.page", L"C:\\windows\\"},
         {L"sub\\Main.page", L"sub\\Main.page", L"sub\\"},
         {L"c:Main.page", L"c:Main.page", L""},
-        {L"Renamed", InSkin(L"New.page"), InSkin(L"")},
+        {L"Renamed", L"C:\\windows\\New.page", L"C:\\windows\\"},
     };
     LONG index = 0;
     for (const auto& [name, file, directory] : cases) {
@@ -212,7 +208,7 @@ TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
 }
 
 TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
-    const Texts all = {L"L:\\de-AT\\a.gif", L"L:\\de\\a.gif", InSkin(L"a.gif")};
+    const Texts all = {L"L:\\de-AT\\a.gif", L"L:\\de\\a.gif", L"C:\\windows\\a.gif"};
     // The languages' directories are known once a script was asked for.
     Call(&Factory::GetScriptImage, 7, _bstr_t(L"a.gif"));
     EXPECT_EQ(Texts{all[2]}, GraphicCalls());
@@ -250,6 +246,7 @@ TEST_F(PageFactory, FailsWithoutAGraphicFactory) {
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScript, 0));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 0, _bstr_t(L"a.gif")));
     EXPECT_EQ(E_FAIL, factory_->SetScript(0, &other_));
+    EXPECT_FALSE(KB_CreateGraphicFactory(nullptr));
     IKivGraphicFactory* graphics = &class_.graphics;
     EXPECT_FALSE(KB_CreateGraphicFactory(&graphics));
     EXPECT_EQ(nullptr, graphics);

@@ -36,14 +36,13 @@ WScript.Echo Hex(Err.Number)
 
 TEST(RegisteredLibrary, ServesProgramsAndScriptsAndLeavesNothingBehind) {
     char library[MAX_PATH];
-    ::GetModuleFileNameA(::GetModuleHandleA("Kitbag.dll"), library, sizeof library);
+    ::GetModuleFileNameA(::LoadLibraryA("Kitbag.dll"), library, sizeof library);
     const std::string registerLibrary = std::string("regsvr32 /s ") + library;
-    const std::string unregisterLibrary = registerLibrary + " /u";
     const TemporaryFolder folder;
     const std::string script = (folder / "pages.vbs").string();
     std::ofstream(script) << kScript;
 
-    Output(unregisterLibrary);
+    Output(registerLibrary + " /u");
     const std::string before = Output(kListClasses);
     Output(registerLibrary);
     ::CoInitialize(nullptr);
@@ -53,7 +52,7 @@ TEST(RegisteredLibrary, ServesProgramsAndScriptsAndLeavesNothingBehind) {
     EXPECT_EQ("0 1 2 -1 Yes\r\n80004003\r\n", Output("cscript //nologo " + script));
     // Compared as a whole: all classes of the system are too much to print.
     EXPECT_TRUE(before != Output(kListClasses));
-    Output(unregisterLibrary);
+    Output(registerLibrary + " /u");
     EXPECT_TRUE(before == Output(kListClasses));
 }
 
