@@ -12,12 +12,11 @@
 #include <cstring>
 
 // The locale library's functions; this program stands in for that library.
-extern "C" __declspec(dllexport) int GetLocaleLanguageDirectoryA(char* text, unsigned long size) {
-    return std::strcpy(text, size == 260 ? "L:\\de" : "") != nullptr;
+extern "C" __declspec(dllexport) int GetLocaleLanguageDirectoryA(char* to, unsigned long size) {
+    return std::strcpy(to, size == 260 ? "L:\\de" : "") != nullptr;
 }
-extern "C" __declspec(dllexport) int GetLocaleSubLanguageDirectoryA(char* text,
-                                                                    unsigned long size) {
-    return std::strcpy(text, size == 260 ? "L:\\de-AT\\" : "") != nullptr;
+extern "C" __declspec(dllexport) int GetLocaleSubLanguageDirectoryA(char* to, unsigned long size) {
+    return std::strcpy(to, size == 260 ? "L:\\de-AT\\" : "") != nullptr;
 }
 
 namespace {
@@ -44,10 +43,8 @@ class PageFactory : public testing::Test {
     }
     ~PageFactory() override { ::CoRevokeClassObject(cookie_); }
 
-    void Add(std::initializer_list<const wchar_t*> names) {
-        for (const auto* name : names) EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(name), nullptr));
-    }
-    /// What an operation answers and leaves in its out pointer, which only CreatePage's may lack.
+    void Add(const wchar_t* name) { EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(name), nullptr)); }
+    /// What an operation answers and leaves in its out pointer; only CreatePage does without one.
     using Outcome = std::pair<HRESULT, IUnknown*>;
     template <class Operation, class... Arguments>
     Outcome Call(Operation operation, Arguments... arguments) {
@@ -117,21 +114,22 @@ TEST_F(PageFactory, KeepsObjectsAndADefaultForTheOthers) {
 }
 
 TEST_F(PageFactory, LoadsStringsFromItsModule) {
+    wchar_t overwritten[] = L"";
+    BSTR text = overwritten;
     EXPECT_EQ(E_POINTER, factory_->LoadResourceString(0, 399, nullptr));
-    _bstr_t yes;
-    EXPECT_EQ(S_OK, factory_->LoadResourceString(0, 399, &yes.GetBSTR()));
-    EXPECT_EQ(_bstr_t(L"Yes"), yes);
-    BSTR text = yes;
     factory_->SetResourceModule(::GetModuleHandleA(nullptr));
     EXPECT_EQ(E_FAIL, factory_->LoadResourceString(0, 399, &text));
     EXPECT_EQ(nullptr, text);
+    factory_->SetResourceModule(nullptr);
+    EXPECT_EQ(S_OK, factory_->LoadResourceString(0, 399, &text));
+    EXPECT_EQ(_bstr_t(L"Yes"), _bstr_t(text, false));
 }
 
 TEST_F(PageFactory, ChecksWhatCreatePageIsHandedInOrder) {
     const auto create = &Factory::CreatePage;
     EXPECT_EQ(Outcome(E_POINTER, nullptr), Call(create, 0, nullptr, nullptr));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(create, 0, &userInterface_, &owner_));
-    Add({L"0"});
+    Add(L"0");
     EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(create, 1, &userInterface_, nullptr));
     userInterface_.create = [](auto&&...) { return S_FALSE; };
     EXPECT_EQ(S_FALSE, factory_->CreatePage(0, &userInterface_, nullptr, nullptr));
@@ -155,7 +153,7 @@ TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
         {1, {{}, {S_FALSE, &other_}}, {S_FALSE, &other_}, {&page_, &other_}},
         {1, {{}, {S_OK, nullptr}}, {S_OK, nullptr}, {&page_, nullptr}},
     };
-    Add({L"0"});
+    Add(L"0");
     for (const auto& call : calls) {
         IKivPageOwner* const given = call.index < 0 ? nullptr : &owner_;
         ComPtr<IKivPageOwner> owner(given);
@@ -166,7 +164,7 @@ TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
             // It may use the factory meanwhile, and even let go of the application's reference.
             factory_.Reset();
             factory_ = factory;
-            if (&call == calls && index == 0) Add({L"1"});
+            if (&call == calls && index == 0) Add(L"1");
             KB_SetIErrorInfoW(L"No skin");
             ComPtr<IUnknown>(call.answers[index].second).CopyTo(page);
             return call.answers[index].first;
@@ -197,7 +195,7 @@ TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
     };
     LONG index = 0;
     for (const auto& [name, file, directory] : cases) {
-        Add({name});
+        Add(name);
         EXPECT_EQ(Outcome(S_OK, &class_.graphics.object), Call(&Factory::GetScript, index));
         EXPECT_EQ(S_OK, factory_->SetScript(index++, &other_));
         EXPECT_EQ((Texts{file, directory, L"L:\\de", L"L:\\de-AT\\", file}), GraphicCalls());
@@ -212,7 +210,7 @@ TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
     // The languages' directories are known once a script was asked for.
     Call(&Factory::GetScriptImage, 7, _bstr_t(L"a.gif"));
     EXPECT_EQ(Texts{all[2]}, GraphicCalls());
-    Add({L"Main.page"});
+    Add(L"Main.page");
     Call(&Factory::GetScript, 0);
     GraphicCalls();
     for (const auto get : {&Factory::GetScriptImage, &Factory::GetScriptImage2})
@@ -229,7 +227,7 @@ TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
 TEST_F(PageFactory, DoesWithoutWhatItCannotFind) {
     localeLibrary = nullptr;
     KB_SetSkinDirectoryA(std::string("C:\\no such folder"));
-    Add({L"Main.page"});
+    Add(L"Main.page");
     EXPECT_EQ(Outcome(S_OK, &class_.graphics.object), Call(&Factory::GetScript, 0));
     EXPECT_EQ(S_OK, factory_->SetScript(0, &other_));
     EXPECT_EQ((Texts{L"Main.page", L"", L"", L"", L"Main.page"}), GraphicCalls());
@@ -241,7 +239,7 @@ TEST_F(PageFactory, DoesWithoutWhatItCannotFind) {
 }
 
 TEST_F(PageFactory, FailsWithoutAGraphicFactory) {
-    Add({L"Main.page"});
+    Add(L"Main.page");
     ::CoRevokeClassObject(std::exchange(cookie_, 0));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScript, 0));
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 0, _bstr_t(L"a.gif")));
