@@ -1,7 +1,6 @@
 // COM objects of the tests' own: they live on the stack and know who still refers to them.
 #pragma once
 
-#include <comdef.h>
 #include <comutil.h>
 #include <gtest/gtest.h>
 #include <kitbag/pages.h>

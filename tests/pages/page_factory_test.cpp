@@ -1,185 +1,253 @@
+#include <kitbag/registry/directories.h>
 #include <kitbag/runtime/com_error.h>
+#include <shlobj.h>
 #include <tests/pages/doubles.h>
+#include <tests/support/import_patch.h>
+#include <tests/support/private_registry.h>
 #include <tests/support/trace_capture.h>
 
+#include <algorithm>
+#include <array>
 #include <climits>
+#include <cstring>
+
+// The locale library's functions; this program stands in for that library.
+extern "C" __declspec(dllexport) int GetLocaleLanguageDirectoryA(char* to, unsigned long size) {
+    return std::strcpy(to, size == 260 ? "L:\\de" : "") != nullptr;
+}
+extern "C" __declspec(dllexport) int GetLocaleSubLanguageDirectoryA(char* to, unsigned long size) {
+    return std::strcpy(to, size == 260 ? "L:\\de-AT\\" : "") != nullptr;
+}
 
 namespace {
 
 using namespace kitbag::test;
+using Texts = std::vector<std::wstring>;
+using Factory = IKivPageFactory;
 
+HMODULE localeLibrary = ::GetModuleHandleA(nullptr);
+HMODULE WINAPI LoadLocaleLibrary(LPCSTR name) {
+    return std::string(name) == "Lingrel.dll" ? localeLibrary : nullptr;
+}
+LPITEMIDLIST WINAPI Cancel(LPBROWSEINFOA) { return nullptr; }
+
+/// A factory with the application around it.
 class PageFactory : public testing::Test {
  protected:
     PageFactory() {
-        ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        ::CoInitialize(nullptr);
+        ::CoRegisterClassObject(CLSID_KivGraphicFactory, &class_, CLSCTX_INPROC_SERVER,
+                                REGCLS_MULTIPLEUSE, &cookie_);
+        KB_SetSkinDirectoryA(std::string("C:\\windows"));
         EXPECT_TRUE(KB_CreateKivPageFactory(&factory_));
     }
-    void Add(const wchar_t* name) { EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(name), nullptr)); }
-    IUnknown* Page(LONG index) {
-        ComPtr<IUnknown> page;
-        EXPECT_EQ(S_OK, factory_->GetPage(index, &page));
-        return page.Get();
-    }
+    ~PageFactory() override { ::CoRevokeClassObject(cookie_); }
 
+    void Add(const wchar_t* name) { EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(name), nullptr)); }
+    /// What an operation answers and leaves in its out pointer; only CreatePage does without one.
+    using Outcome = std::pair<HRESULT, IUnknown*>;
+    template <class Operation, class... Arguments>
+    Outcome Call(Operation operation, Arguments... arguments) {
+        if constexpr (!std::is_same_v<Operation, decltype(&Factory::CreatePage)>) {
+            EXPECT_EQ(E_POINTER, (factory_.Get()->*operation)(arguments..., nullptr));
+        }
+        IUnknown* out = &overwritten_;
+        const HRESULT result = (factory_.Get()->*operation)(arguments..., &out);
+        if (out) out->Release();
+        return {result, out};
+    }
+    Texts GraphicCalls() { return std::exchange(class_.graphics.calls, {}); }
+
+    GraphicClass class_;
+    DWORD cookie_ = 0;
+    ImportPatch loadLibrary_{"LoadLibraryA", LoadLocaleLibrary};
+    ImportPatch browse_{"SHBrowseForFolderA", Cancel};
     TraceCapture trace_;
-    Double<> page_, other_;
+    Double<> page_, other_, overwritten_;
     Double<IKivPageOwner> owner_;
     UserInterface userInterface_;
-    ComPtr<IKivPageFactory> factory_;
+    ComPtr<Factory> factory_;
 };
 
-TEST_F(PageFactory, RefusesNullAndIndexesOutsideTheList) {
+TEST_F(PageFactory, AnswersItsInterfaces) {
+    ComPtr<ISupportErrorInfo> errors;
+    ComPtr<IDispatch> automation;
+    ASSERT_EQ(S_OK, factory_.As(&errors));
+    EXPECT_EQ(S_OK, errors->InterfaceSupportsErrorInfo(IID_IKivPageFactory));
+    EXPECT_EQ(S_FALSE, errors->InterfaceSupportsErrorInfo(IID_IDispatch));
+    ASSERT_EQ(S_OK, errors.As(&automation));
+    EXPECT_EQ(factory_, automation);
+    void* out = &owner_;
+    EXPECT_EQ(E_NOINTERFACE, factory_->QueryInterface(IID_IKivPageOwner, &out));
+    EXPECT_EQ(nullptr, out);
+}
+
+TEST_F(PageFactory, KeepsNamesAndRefusesIndexesWithout) {
     LONG index = -1;
     EXPECT_EQ(E_INVALIDARG, factory_->AddPage(nullptr, &index));
     EXPECT_EQ(E_INVALIDARG, factory_->AddPage(_bstr_t(L""), &index));
     EXPECT_EQ(-1, index);
     EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(std::wstring(10000, L'x').c_str()), &index));
     EXPECT_EQ(0, index);
-    EXPECT_EQ(E_POINTER, factory_->GetScript(0, nullptr));
-    EXPECT_EQ(E_POINTER, factory_->SetScript(0, nullptr));
-    EXPECT_EQ(E_POINTER, factory_->GetScriptImage(0, nullptr, nullptr));
-    EXPECT_EQ(E_POINTER, factory_->GetScriptImage2(0, nullptr, nullptr));
-    EXPECT_EQ(E_POINTER, factory_->GetRegisteredObject(IID_NULL, nullptr));
     EXPECT_EQ(E_POINTER, factory_->GetPageCount(nullptr));
-    EXPECT_EQ(E_POINTER, factory_->LoadResourceString(0, 399, nullptr));
-    EXPECT_EQ(E_POINTER, factory_->GetPage(0, nullptr));
+    EXPECT_EQ(E_POINTER, factory_->SetScript(0, nullptr));
     for (const LONG wrong : {LONG_MIN, -1L, 1L, LONG_MAX}) {
-        IUnknown* out = &other_;
-        EXPECT_EQ(E_INVALIDARG, factory_->GetPage(wrong, &out));
-        EXPECT_EQ(nullptr, std::exchange(out, &other_));
-        EXPECT_EQ(E_INVALIDARG, factory_->GetScript(wrong, &out));
-        EXPECT_EQ(nullptr, out);
+        EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetPage, wrong));
+        EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetScript, wrong));
         EXPECT_EQ(E_INVALIDARG, factory_->SetScript(wrong, &other_));
     }
 }
 
 TEST_F(PageFactory, KeepsObjectsAndADefaultForTheOthers) {
-    ComPtr<IUnknown> object = &owner_;
-    EXPECT_EQ(S_OK, factory_->GetRegisteredObject(IID_IUnknown, &object));
-    EXPECT_EQ(nullptr, object);
+    const auto get = &Factory::GetRegisteredObject;
+    EXPECT_EQ(Outcome(S_OK, nullptr), Call(get, IID_IUnknown));
     factory_->SetDefaultObject(&page_);
     factory_->SetDefaultObject(&other_);
     EXPECT_EQ(0, page_.references);
     factory_->RegisterObject(IID_IUnknown, &page_);
     factory_->RegisterObject(IID_IUnknown, &page_);
     EXPECT_EQ(1, page_.references);
-    EXPECT_EQ(S_OK, factory_->GetRegisteredObject(IID_IUnknown, &object));
-    EXPECT_EQ(&page_, object.Get());
-    EXPECT_EQ(S_OK, factory_->GetRegisteredObject(IID_IDispatch, &object));
-    EXPECT_EQ(&other_, object.Get());
+    EXPECT_EQ(Outcome(S_OK, &page_), Call(get, IID_IUnknown));
+    EXPECT_EQ(Outcome(S_OK, &other_), Call(get, IID_IDispatch));
     factory_->RegisterObject(IID_IUnknown, nullptr);
-    EXPECT_EQ(S_OK, factory_->GetRegisteredObject(IID_IUnknown, &object));
-    EXPECT_EQ(&other_, object.Get());
-}
-
-TEST_F(PageFactory, ChecksWhatCreatePageIsHandedInOrder) {
-    const std::string method = "CKivPageFactory::CreatePage - ";
-    IUnknown* out = &page_;
-    EXPECT_EQ(E_POINTER, factory_->CreatePage(0, nullptr, nullptr, &out));
-    EXPECT_EQ(nullptr, std::exchange(out, &page_));
-    trace_.Expect({method + "Invalid IKivUserInterface pointer\n"});
-    EXPECT_EQ(E_FAIL, factory_->CreatePage(0, &userInterface_, &owner_, &out));
-    EXPECT_EQ(nullptr, std::exchange(out, &page_));
-    trace_.Expect({method + "No filenames for pages given\n"});
-    Add(L"Main.page");
-    EXPECT_EQ(E_INVALIDARG, factory_->CreatePage(1, &userInterface_, nullptr, &out));
-    EXPECT_EQ(nullptr, out);
-    trace_.Expect({method + "Index invalid\n"});
-}
-
-TEST_F(PageFactory, CreatesOnePageAndKeepsIt) {
-    Add(L"Main.page");
-    Add(L"Other.page");
-    HRESULT answer = S_FALSE;
-    ComPtr<IUnknown> next = &page_;
-    userInterface_.create = [&](IKivPageOwner* owner, IKivPageFactory* factory, LONG index,
-                                IUnknown** page) {
-        EXPECT_EQ(&owner_, owner);
-        EXPECT_EQ(factory_.Get(), factory);
-        EXPECT_EQ(1, index);
-        next.CopyTo(page);
-        KB_SetIErrorInfoW(L"No skin");
-        return answer;
-    };
-    ComPtr<IUnknown> out;
-    EXPECT_EQ(S_FALSE, factory_->CreatePage(1, &userInterface_, &owner_, &out));
-    EXPECT_EQ(&page_, out.Get());
-    EXPECT_EQ(&page_, Page(1));
-    EXPECT_EQ(nullptr, Page(0));
-
-    // A failure keeps the page, even one that hands out another; its explanation gets through.
-    answer = E_ACCESSDENIED;
-    next = &other_;
-    EXPECT_EQ(E_ACCESSDENIED, factory_->CreatePage(1, &userInterface_, &owner_, &out));
-    EXPECT_EQ(nullptr, out);
-    EXPECT_EQ(&page_, Page(1));
-    trace_.Expect(
-        {"CKivPageFactory::CreatePage - Failed to create page 'Other.page' "
-         "(HRESULT:80070005)\n"});
-    ComPtr<IErrorInfo> error;
-    EXPECT_EQ(S_OK, ::GetErrorInfo(0, &error));
-
-    answer = S_OK;
-    EXPECT_EQ(S_OK, factory_->CreatePage(1, &userInterface_, &owner_, nullptr));
-    EXPECT_EQ(&other_, Page(1));
-    EXPECT_EQ(0, page_.references);
-    next = nullptr;
-    EXPECT_EQ(S_OK, factory_->CreatePage(1, &userInterface_, &owner_, &out));
-    EXPECT_EQ(nullptr, Page(1));
-    EXPECT_EQ(0, other_.references);
-}
-
-TEST_F(PageFactory, CreatesAllPagesPastFailures) {
-    for (const wchar_t* name : {L"0", L"1", L"2", L"3"}) Add(name);
-    ComPtr<IKivPageOwner> kept;
-    userInterface_.create = [&](IKivPageOwner* owner, IKivPageFactory* factory, LONG index,
-                                IUnknown** page) {
-        kept = owner;
-        // It may use the factory meanwhile, and even let go of the application's reference.
-        if (index == 0) factory->AddPage(_bstr_t(L"4"), nullptr);
-        if (index == 0) factory_.Reset();
-        if (index == 1) return E_ACCESSDENIED;
-        if (index == 3) return E_ABORT;
-        if (index == 4) factory_ = factory;
-        return page_.QueryInterface(IID_PPV_ARGS(page));
-    };
-    ComPtr<IUnknown> out = &other_;
-    EXPECT_EQ(E_ABORT, factory_->CreatePage(LONG_MIN, &userInterface_, nullptr, &out));
-    EXPECT_EQ(nullptr, out);
-    EXPECT_EQ(3, page_.references);
-    EXPECT_EQ(nullptr, Page(3));
-    EXPECT_EQ(&page_, Page(4));
-    trace_.Expect({"CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80070005)\n",
-                   "CKivPageFactory::CreatePage - Failed to create page '3' (HRESULT:80004004)\n"});
-    // All pages got the library's owner, which is the last one's alone by now.
-    EXPECT_EQ(0u, kept.Detach()->Release());
-    userInterface_.create = [](auto&&...) { return S_FALSE; };
-    EXPECT_EQ(S_OK, factory_->CreatePage(-1, &userInterface_, &owner_, nullptr));
+    EXPECT_EQ(Outcome(S_OK, &other_), Call(get, IID_IUnknown));
 }
 
 TEST_F(PageFactory, LoadsStringsFromItsModule) {
-    _bstr_t text;
-    EXPECT_EQ(S_OK, factory_->LoadResourceString(1, 399, text.GetAddress()));
-    EXPECT_EQ(_bstr_t(L"Yes"), text);
+    wchar_t overwritten[] = L"";
+    BSTR text = overwritten;
+    EXPECT_EQ(E_POINTER, factory_->LoadResourceString(0, 399, nullptr));
     factory_->SetResourceModule(::GetModuleHandleA(nullptr));
-    EXPECT_EQ(E_FAIL, factory_->LoadResourceString(1, 399, text.GetAddress()));
-    EXPECT_FALSE(text);
+    EXPECT_EQ(E_FAIL, factory_->LoadResourceString(0, 399, &text));
+    EXPECT_EQ(nullptr, text);
     factory_->SetResourceModule(nullptr);
-    EXPECT_EQ(S_OK, factory_->LoadResourceString(1, 400, text.GetAddress()));
+    EXPECT_EQ(S_OK, factory_->LoadResourceString(0, 399, &text));
+    EXPECT_EQ(_bstr_t(L"Yes"), _bstr_t(text, false));
 }
 
-TEST_F(PageFactory, AnswersItsInterfaces) {
-    ComPtr<IDispatch> automation;
-    ComPtr<ISupportErrorInfo> errors;
-    ComPtr<IKivPageFactory> whole;
-    ComPtr<IKivPageOwner> none = &owner_;
-    ASSERT_EQ(S_OK, factory_.As(&automation));
-    ASSERT_EQ(S_OK, automation.As(&errors));
-    EXPECT_EQ(S_OK, errors.As(&whole));
-    EXPECT_EQ(factory_, whole);
-    EXPECT_EQ(E_NOINTERFACE, factory_.As(&none));
-    EXPECT_EQ(S_OK, errors->InterfaceSupportsErrorInfo(IID_IKivPageFactory));
-    EXPECT_EQ(S_FALSE, errors->InterfaceSupportsErrorInfo(IID_IDispatch));
+TEST_F(PageFactory, ChecksWhatCreatePageIsHandedInOrder) {
+    const auto create = &Factory::CreatePage;
+    EXPECT_EQ(Outcome(E_POINTER, nullptr), Call(create, 0, nullptr, nullptr));
+    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(create, 0, &userInterface_, &owner_));
+    Add(L"0");
+    EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(create, 1, &userInterface_, nullptr));
+    userInterface_.create = [](auto&&...) { return S_FALSE; };
+    EXPECT_EQ(S_FALSE, factory_->CreatePage(0, &userInterface_, nullptr, nullptr));
+    trace_.Expect({"CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n",
+                   "CKivPageFactory::CreatePage - No filenames for pages given\n",
+                   "CKivPageFactory::CreatePage - Index invalid\n"});
+}
+
+TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
+    struct {
+        LONG index;
+        Outcome answers[2], outcome;
+        IUnknown* kept[2];
+    } const calls[] = {
+        // All pages go on after a failure, of which the last one is answered.
+        {-1, {{E_ABORT, nullptr}, {S_FALSE, &page_}}, {E_ABORT, nullptr}, {nullptr, &page_}},
+        {LONG_MIN, {{E_ABORT, nullptr}, {E_FAIL, nullptr}}, {E_FAIL, nullptr}, {nullptr, &page_}},
+        {-1, {{S_FALSE, &page_}, {S_FALSE, &page_}}, {S_OK, nullptr}, {&page_, &page_}},
+        // A failure keeps the page, even one that hands out another.
+        {1, {{}, {E_ACCESSDENIED, &other_}}, {E_ACCESSDENIED, nullptr}, {&page_, &page_}},
+        {1, {{}, {S_FALSE, &other_}}, {S_FALSE, &other_}, {&page_, &other_}},
+        {1, {{}, {S_OK, nullptr}}, {S_OK, nullptr}, {&page_, nullptr}},
+    };
+    Add(L"0");
+    for (const auto& call : calls) {
+        IKivPageOwner* const given = call.index < 0 ? nullptr : &owner_;
+        ComPtr<IKivPageOwner> owner(given);
+        userInterface_.create = [&](auto* handed, auto* factory, LONG index, IUnknown** page) {
+            // All pages get the same owner.
+            EXPECT_EQ(owner ? owner.Get() : handed, handed);
+            owner = handed;
+            // It may use the factory meanwhile, and even let go of the application's reference.
+            factory_.Reset();
+            factory_ = factory;
+            if (&call == calls && index == 0) Add(L"1");
+            KB_SetIErrorInfoW(L"No skin");
+            ComPtr<IUnknown>(call.answers[index].second).CopyTo(page);
+            return call.answers[index].first;
+        };
+        EXPECT_EQ(call.outcome, Call(&Factory::CreatePage, call.index, &userInterface_, given));
+        EXPECT_EQ(0u, owner.Detach()->Release());
+        // The application's explanation gets through.
+        ComPtr<IErrorInfo> error;
+        EXPECT_EQ(S_OK, ::GetErrorInfo(0, &error));
+        for (const LONG index : {0, 1})
+            EXPECT_EQ(Outcome(S_OK, call.kept[index]), Call(&Factory::GetPage, index));
+        EXPECT_EQ(std::ranges::count(call.kept, &page_), page_.references);
+        EXPECT_EQ(std::ranges::count(call.kept, &other_), other_.references);
+    }
+    trace_.Expect({"CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
+                   "CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
+                   "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80004005)\n",
+                   "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80070005)\n"});
+}
+
+TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
+    RawKey("Skins").Set(L"Renamed", L"New.page");
+    const std::array<const wchar_t*, 3> cases[] = {
+        {L"Main.page", L"C:\\windows\\Main.page", L"C:\\windows\\"},
+        {L"sub\\Main.page", L"sub\\Main.page", L"sub\\"},
+        {L"c:Main.page", L"c:Main.page", L""},
+        {L"Renamed", L"C:\\windows\\New.page", L"C:\\windows\\"},
+    };
+    LONG index = 0;
+    for (const auto& [name, file, directory] : cases) {
+        Add(name);
+        EXPECT_EQ(Outcome(S_OK, &class_.graphics.object), Call(&Factory::GetScript, index));
+        EXPECT_EQ(S_OK, factory_->SetScript(index++, &other_));
+        EXPECT_EQ((Texts{file, directory, L"L:\\de", L"L:\\de-AT\\", file}), GraphicCalls());
+    }
+    class_.graphics.refusals = 2;
+    EXPECT_EQ(STG_E_FILENOTFOUND, factory_->SetScript(0, &other_));
+    EXPECT_EQ(Outcome(STG_E_FILENOTFOUND, nullptr), Call(&Factory::GetScript, 0));
+}
+
+TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
+    const Texts all = {L"L:\\de-AT\\a.gif", L"L:\\de\\a.gif", L"C:\\windows\\a.gif"};
+    // The languages' directories are known once a script was asked for.
+    Call(&Factory::GetScriptImage, 7, _bstr_t(L"a.gif"));
+    EXPECT_EQ(Texts{all[2]}, GraphicCalls());
+    Add(L"Main.page");
+    Call(&Factory::GetScript, 0);
+    GraphicCalls();
+    for (const auto get : {&Factory::GetScriptImage, &Factory::GetScriptImage2})
+        for (const int refusals : {0, 1, 2, 3}) {
+            class_.graphics.refusals = refusals;
+            const auto outcome =
+                refusals < 3 ? Outcome(S_OK, &class_.graphics.object) : Outcome(E_FAIL, nullptr);
+            EXPECT_EQ(outcome, Call(get, 7, _bstr_t(L"a.gif")));
+            EXPECT_EQ(Texts(all.begin(), all.begin() + std::min(refusals + 1, 3)), GraphicCalls());
+        }
+    trace_.Expect({});
+}
+
+TEST_F(PageFactory, DoesWithoutWhatItCannotFind) {
+    localeLibrary = nullptr;
+    KB_SetSkinDirectoryA(std::string("C:\\no such folder"));
+    Add(L"Main.page");
+    EXPECT_EQ(Outcome(S_OK, &class_.graphics.object), Call(&Factory::GetScript, 0));
+    EXPECT_EQ(S_OK, factory_->SetScript(0, &other_));
+    EXPECT_EQ((Texts{L"Main.page", L"", L"", L"", L"Main.page"}), GraphicCalls());
+    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 0, nullptr));
+    EXPECT_EQ(Texts{}, GraphicCalls());
+    trace_.Expect({"CKivPageFactory::GetScript - Can't get skin directory\n",
+                   "CKivPageFactory::SetScript - Can't get skin directory\n",
+                   "CKivPageFactory::GetScriptImage - Can't get skin directory\n"});
+}
+
+TEST_F(PageFactory, FailsWithoutAGraphicFactory) {
+    Add(L"Main.page");
+    ::CoRevokeClassObject(std::exchange(cookie_, 0));
+    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScript, 0));
+    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 0, _bstr_t(L"a.gif")));
+    EXPECT_EQ(E_FAIL, factory_->SetScript(0, &other_));
+    EXPECT_FALSE(KB_CreateGraphicFactory(nullptr));
+    IKivGraphicFactory* graphics = &class_.graphics;
+    EXPECT_FALSE(KB_CreateGraphicFactory(&graphics));
+    EXPECT_EQ(nullptr, graphics);
 }
 
 }  // namespace

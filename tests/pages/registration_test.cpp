@@ -1,20 +1,29 @@
 #include <kitbag/registry/dump.h>
 #include <kitbag/registry/tree.h>
+#include <olectl.h>
 #include <tests/pages/doubles.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/private_registry.h>
 #include <tests/support/trace_capture.h>
+
+#include <algorithm>
+#include <array>
+#include <regex>
 
 namespace {
 
 using namespace kitbag::test;
 
 std::string script;
+std::wstring typeLibraryFile;
+HRESULT typeLibraryAnswer = S_OK;
 
 void* WINAPI LockScript(HGLOBAL) { return script.data(); }
 DWORD WINAPI SizeOfScript(HMODULE, HRSRC) { return static_cast<DWORD>(script.size()); }
-HRESULT WINAPI RefuseTypeLibrary(ITypeLib*, LPOLESTR, LPOLESTR) { return TYPE_E_REGISTRYACCESS; }
-HRESULT WINAPI SkipTypeLibrary(ITypeLib*, LPOLESTR, LPOLESTR) { return S_OK; }
+HRESULT WINAPI RegisterTypeLibrary(ITypeLib*, LPOLESTR file, LPOLESTR) {
+    typeLibraryFile = file;
+    return typeLibraryAnswer;
+}
 HRESULT WINAPI LoadFromSeparateFile(LPCOLESTR file, REGKIND kind, ITypeLib** library) {
     if (!std::wstring_view(file).ends_with(L".tlb")) return TYPE_E_CANTLOADLIBRARY;
     return ::LoadTypeLibEx(L"Kitbag.dll", kind, library);
@@ -24,120 +33,83 @@ HRESULT WINAPI LoadFromSeparateFile(LPCOLESTR file, REGKIND kind, ITypeLib** lib
 class Registration : public testing::Test {
  protected:
     Registration() { ::RegOverridePredefKey(HKEY_CLASSES_ROOT, RawKey("Classes").Get()); }
-    ~Registration() override {
-        ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-        KB_DeleteSectionA("Classes");
-    }
+    ~Registration() override { ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
 
-    static HRESULT Call(const char* name) {
-        return reinterpret_cast<HRESULT(WINAPI*)()>(
-            reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA("Kitbag.dll"), name)))();
-    }
-    static HRESULT Register() { return Call("DllRegisterServer"); }
-    static HRESULT Unregister() { return Call("DllUnregisterServer"); }
-
-    /// The keys with their values, without what stands in every line.
+    /// The keys with their values, in one line.
     static std::string Classes() {
         TWinString<char> dump;
         KB_DumpRegistryA("Classes", dump);
-        for (const std::string& noise : {std::string("------- HKEY_LOCAL_MACHINE -------\n"),
-                                         std::string(kRoot) + "\\Classes", std::string("<p>")})
-            for (size_t at; (at = dump.find(noise)) != dump.npos;) dump.erase(at, noise.size());
-        return dump;
+        const std::regex noise("^-.*\n.*<p>\n|Software.*Classes|<p>\n$|<p>");
+        std::string classes = std::regex_replace(dump, noise, "");
+        std::ranges::replace(classes, '\n', ' ');
+        std::ranges::replace(classes, '\\', '/');
+        return classes;
     }
-};
 
-class RegistrationScripts : public Registration {
- protected:
     ImportPatch lock_{"LockResource", LockScript};
     ImportPatch size_{"SizeofResource", SizeOfScript};
-    ImportPatch typeLibrary_{"RegisterTypeLib", SkipTypeLibrary};
+    ImportPatch typeLibrary_{"RegisterTypeLib", RegisterTypeLibrary};
     TraceCapture trace_;
 };
 
 TEST_F(Registration, LeavesNothingWhereItFails) {
-    RawKey("Classes\\CLSID\\Another program's");
-    const std::string before = Classes();
-    const ImportPatch refuse("RegisterTypeLib", RefuseTypeLibrary);
-    EXPECT_EQ(TYPE_E_REGISTRYACCESS, Register());
-    EXPECT_EQ(before, Classes());
-    EXPECT_EQ(S_OK, Unregister());
+    script = "HKCR { A { B } CLSID { A } }";
+    RawKey("Classes\\CLSID\\Foreign");
+    typeLibraryAnswer = TYPE_E_REGISTRYACCESS;
+    EXPECT_EQ(TYPE_E_REGISTRYACCESS, ::DllRegisterServer());
+    EXPECT_EQ("/CLSID /CLSID/Foreign", Classes());
 }
 
 TEST_F(Registration, FindsTheTypeLibraryInAFileOfItsOwn) {
     const ImportPatch load("LoadTypeLibEx", LoadFromSeparateFile);
-    EXPECT_EQ(S_OK, Register());
-    EXPECT_NE(std::string::npos, Classes().find("\\Kitbag.tlb'\n"));
+    EXPECT_EQ(S_OK, ::DllRegisterServer());
+    EXPECT_TRUE(typeLibraryFile.ends_with(L"\\Kitbag.tlb"));
 }
 
-TEST_F(RegistrationScripts, AreWrittenAndTakenBack) {
-    struct {
-        const char* script;
-        const char* existing;
-        const char* written;
-        const char* takenBack;
-    } const cases[] = {
-        {"HKCR { A = s x { val N = d 0x10 B val M = d 10 } } HKCR { C }", "",
-         "\n\\A\n='x'\nM=10 (0xa)\nN=16 (0x10)\n\\A\\B\n\\C\n", "\n"},
+TEST_F(Registration, WritesWhatTheScriptSaysAndTakesItBack) {
+    // What a script has for HKEY_CLASSES_ROOT, a key that is there, what is there after it was
+    // written and after it was taken back.
+    const std::array<const char*, 4> cases[] = {
+        {"A = s x { val N = d 0x10 B val M = d 10 } } HKCR { C", "",
+         "/A ='x' M=10 (0xa) N=16 (0x10) /A/B /C", ""},
         // A key goes when nothing of others is in it.
-        {"HKCR { A = s x { val N = s y B } }", "\\A\\Foreign",
-         "\n\\A\n='x'\nN='y'\n\\A\\B\n\\A\\Foreign\n", "\n\\A\n\\A\\Foreign\n"},
-        {"HKCR { ForceRemove A { B } }", "\\A\\Old\\Older", "\n\\A\n\\A\\B\n", "\n"},
-        {"HKCR { NoRemove A { val N = s x B } }", "", "\n\\A\nN='x'\n\\A\\B\n", "\n\\A\n"},
-        {"HKCR { Delete A }", "\\A\\Old", "\n", "\n"},
-        {"HKCR\n{ // 'comment\n'Delete'=s'it''s {100%%}' // }\n}", "",
-         "\n\\Delete\n='it's {100%}'\n", "\n"},
-        {"HKCR { A = s %TYPELIB% }", "", "\n\\A\n='{158702B0-E0E4-4270-87FD-658F293BAE5E}'\n",
-         "\n"},
+        {"A = s x { val N = s y B }", "\\A\\Foreign", "/A ='x' N='y' /A/B /A/Foreign",
+         "/A /A/Foreign"},
+        {"ForceRemove A { B }", "\\A\\Old\\Older", "/A /A/B", ""},
+        {"NoRemove A { val N = s x B }", "", "/A N='x' /A/B", "/A"},
+        {"Delete A", "\\A\\Old", "", ""},
+        {"// 'comment }\n'Delete'=s'it''s {100%%}'", "", "/Delete ='it's {100%}'", ""},
+        {"A = s %TYPELIB%", "", "/A ='{158702B0-E0E4-4270-87FD-658F293BAE5E}'", ""},
         // What all programs share stays, whatever the script says.
-        {"HKCR { ForceRemove clsid { A } TypeLib { A } }", "\\CLSID\\Foreign",
-         "\n\\CLSID\n\\CLSID\\A\n\\CLSID\\Foreign\n\\TypeLib\n\\TypeLib\\A\n",
-         "\n\\CLSID\n\\CLSID\\Foreign\n\\TypeLib\n"},
+        {"ForceRemove clsid { A } TypeLib { A }", "\\CLSID\\Foreign",
+         "/CLSID /CLSID/A /CLSID/Foreign /TypeLib /TypeLib/A", "/CLSID /CLSID/Foreign /TypeLib"},
     };
-    for (const auto& each : cases) {
-        script = each.script;
-        RawKey(std::string("Classes") + each.existing);
-        EXPECT_EQ(S_OK, Register()) << script;
-        EXPECT_EQ(each.written, Classes()) << script;
+    for (const auto& [entries, existing, written, takenBack] : cases) {
+        script = std::string("HKCR\n{") + entries + '}';
+        RawKey(std::string("Classes") + existing);
+        EXPECT_EQ(S_OK, ::DllRegisterServer()) << script;
+        EXPECT_EQ(written, Classes()) << script;
         for (const int again : {1, 2}) {
-            EXPECT_EQ(S_OK, Unregister()) << script << again;
-            EXPECT_EQ(each.takenBack, Classes()) << script << again;
+            EXPECT_EQ(S_OK, ::DllUnregisterServer()) << script << again;
+            EXPECT_EQ(takenBack, Classes()) << script << again;
         }
         for (const char* key : {"A", "CLSID", "TypeLib"}) KB_DeleteKeyA("Classes", key);
     }
 }
 
-TEST_F(RegistrationScripts, AreRefusedWholeWhereALineIsBroken) {
-    struct {
-        const char* script;
-        int line;
-        const char* wanted;
-    } const cases[] = {
-        {"HKXX { }", 2, "a root key"},
-        {"HKCR", 2, "{"},
-        {"HKCR {\n A {\n B }", 4, "a name"},
-        {"HKCR { A = x 'y' }", 2, "s or d"},
-        {"HKCR { A = s }", 2, "a text"},
-        {"HKCR {\n A = s 'no end\n}", 3, "an apostrophe"},
-        {"HKCR { val N\nval M }", 3, "="},
-        {"HKCR { A = s '%NONE%' }", 2, "a known replacement"},
-        {"HKCR { A = s '100%' }", 2, "a percent sign"},
-        {"HKCR { ForceRemove '' }", 2, "a plain name before this"},
-        {"HKCR { ForceRemove A\\B }", 2, "a plain name before this"},
-        {"HKCR { Delete clsid }", 2, "a key of our own before this"},
-        {"HKCR { A = d 4294967296 }", 2, "a number of 32 bits before this"},
-        {"HKCR { A = d -1 }", 2, "a number of 32 bits before this"},
-    };
-    for (const auto& each : cases) {
-        script = std::string("HKCR { Good }\n") + each.script;
-        EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_DATA), Register()) << script;
-        EXPECT_EQ("\n", Classes()) << script;
-        TWinString<char> trace;
-        trace.Format("UpdatePageFactoryRegistration: Line %d of the script wants %s\n", each.line,
-                     each.wanted);
-        // Once for writing, once for taking back.
-        trace_.Expect({trace, trace});
+TEST_F(Registration, RefusesAScriptWithABrokenLineWhole) {
+    using namespace testing;
+    for (const char* broken :
+         {"A = s 'no end\n}", "A { B }", "A = x 'y' }", "A = s }", "A = d -1 }",
+          "A = d 4294967296 }", "val N }", "A = s '%NONE%' }", "A = s '100%' }", "ForceRemove '' }",
+          "ForceRemove A\\B }", "Delete clsid }", "} HKCR", "} HKXX { }"}) {
+        script = std::string("HKCR { Good }\nHKCR {\n") + broken;
+        EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_DATA), ::DllRegisterServer()) << script;
+        EXPECT_EQ("", Classes()) << script;
     }
+    EXPECT_EQ(kDiagnostic, !trace_.Lines().empty());
+    EXPECT_THAT(trace_.Lines(),
+                Each(StartsWith("UpdatePageFactoryRegistration: Line 3 of the script wants ")));
 }
 
 }  // namespace
