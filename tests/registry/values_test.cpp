@@ -86,7 +86,7 @@ std::wstring Wide(const char* text) {
 }
 
 template <class Ch>
-struct RandomValues : testing::Test {
+struct RandomSettings : testing::Test {
     DWORD Below(DWORD limit) { return random() % limit; }
     DWORD Near(size_t size) { return std::max<DWORD>(size + Below(5), 2) - 2; }
 
@@ -193,9 +193,9 @@ struct RandomValues : testing::Test {
     DWORD type = REG_NONE;
     std::string bytes;
 };
-TYPED_TEST_SUITE(RandomValues, kitbag::test::TextForms, kitbag::test::TextFormName);
+TYPED_TEST_SUITE(RandomSettings, kitbag::test::TextForms, kitbag::test::TextFormName);
 
-TYPED_TEST(RandomValues, AreReadAsTheirBytesAsk) {
+TYPED_TEST(RandomSettings, AreReadAsTheirBytesAsk) {
     // A thousand rounds.
     ExpectNoHandleLeak([this] {
         if (this->HasFailure()) return;
@@ -242,10 +242,12 @@ void* CountedAllocation(size_t size) {
 void* NoMemory(size_t) { return nullptr; }
 
 TEST(SettingsCalls, AreTheFewestAndTakeNoHeapForScalars) {
-    const ImportPatch patches[] = {
-        Watch("RegOpenKeyExW", ::RegOpenKeyExW), Watch("RegQueryValueExW", ::RegQueryValueExW),
-        Watch("RegCreateKeyExW", ::RegCreateKeyExW), Watch("RegSetValueExW", ::RegSetValueExW),
-        Watch("RegCloseKey", ::RegCloseKey)};
+    const ImportPatch patches[] = {Watch("RegOpenKeyExW", ::RegOpenKeyExW),
+                                   Watch("RegQueryValueExW", ::RegQueryValueExW),
+                                   Watch("RegCreateKeyExW", ::RegCreateKeyExW),
+                                   Watch("RegSetValueExW", ::RegSetValueExW),
+                                   Watch("RegCloseKey", ::RegCloseKey),
+                                   {"malloc", CountedAllocation, "libstdc++-6.dll"}};
     calls.reserve(4096);
     for (const size_t length : {1u, 260u, 261u, 600u}) {
         std::wstring section(length, L's');
@@ -253,11 +255,8 @@ TEST(SettingsCalls, AreTheFewestAndTakeNoHeapForScalars) {
         DWORD value = 0;
         calls.clear();
         allocations = 0;
-        {
-            const ImportPatch allocate("malloc", CountedAllocation, "libstdc++-6.dll");
-            KB_SetDWORDW(section.c_str(), L"Name", 5);
-            KB_GetDWORDW(section.c_str(), L"Name", &value);
-        }
+        KB_SetDWORDW(section.c_str(), L"Name", 5);
+        KB_GetDWORDW(section.c_str(), L"Name", &value);
         EXPECT_EQ(length > 260, allocations > 0);
         EXPECT_EQ(5u, value);
         EXPECT_EQ(5u, RawKey(std::string(section.begin(), section.end())).NumberOf(L"Name"));
