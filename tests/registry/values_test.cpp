@@ -5,6 +5,7 @@
 #include <tests/support/private_registry.h>
 #include <tests/support/text_forms.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <string>
@@ -145,7 +146,8 @@ struct RandomSettings : testing::Test {
 
     void ExpectBuffers() {
         const DWORD length = Near(bytes.size() / sizeof(Ch)), size = Near(bytes.size());
-        // A text that would fill the buffer is refused; a terminator is not added.
+        // A text that would fill the buffer is refused; the system, which may add a terminator
+        // where there is room, is asked for just what is stored.
         std::string text(kRoom, '#'), data = text, output = text;
         DWORD exactly = bytes.size(), room = size, returned = 1234;
         Ask(text, exactly);
