@@ -64,6 +64,23 @@ TYPED_TEST(SettingsValues, WriteTextsThatReadBackWhole) {
     EXPECT_EQ(L"", RawKey("S").TextOf(L"T"));
 }
 
+void* NoMemory(size_t) { return nullptr; }
+
+TYPED_TEST(SettingsValues, FailCleanlyWithoutMemory) {
+    using Ch = TypeParam;
+    RawKey("S").Set(L"T", std::wstring(L"a text that does not fit into the object itself"));
+    const std::basic_string<Ch> longSection(300, Ch{'s'});
+    Text<Ch> object = T("before");
+    {
+        const ImportPatch none("malloc", NoMemory, "libstdc++-6.dll");
+        ExpectNoHandleLeak([&] {
+            EXPECT_FALSE(KB(GetTString)(T("S"), T("T"), object));
+            EXPECT_FALSE(KB(SetDWORD)(longSection.c_str(), T("N"), 1));
+        });
+    }
+    EXPECT_EQ(T("before"), object);
+}
+
 // Values as any program may have left them, of every type and size and ending as they please. What
 // each getter must make of one follows from the bytes that the system's own call hands out.
 constexpr unsigned kSeed = 1809;
@@ -241,7 +258,6 @@ void* CountedAllocation(size_t size) {
     ++allocations;
     return std::malloc(size);
 }
-void* NoMemory(size_t) { return nullptr; }
 
 TEST(SettingsCalls, AreTheFewestAndTakeNoHeapForScalars) {
     const ImportPatch patches[] = {Watch("RegOpenKeyExW", ::RegOpenKeyExW),
@@ -270,23 +286,6 @@ TEST(SettingsCalls, AreTheFewestAndTakeNoHeapForScalars) {
     calls.clear();
     EXPECT_TRUE(KB_SetStringW(L"", L"T", L"abc"));
     EXPECT_EQ("RegCreateKeyExW 0 0 983103\nRegSetValueExW 0 1 6\nRegCloseKey\n", calls);
-}
-
-TEST(SettingsCalls, FailCleanlyWithoutMemory) {
-    RawKey("S").Set(L"T", std::wstring(L"a text that does not fit into the object itself"));
-    TWinString<char> narrow("before");
-    std::wstring wide(L"before");
-    const std::string longSection(300, 's');
-    {
-        const ImportPatch none("malloc", NoMemory, "libstdc++-6.dll");
-        ExpectNoHandleLeak([&] {
-            EXPECT_FALSE(KB_GetTStringA("S", "T", narrow));
-            EXPECT_FALSE(KB_GetTStringW(L"S", L"T", wide));
-            EXPECT_FALSE(KB_SetDWORDA(longSection.c_str(), "N", 1));
-        });
-    }
-    EXPECT_EQ("before", narrow);
-    EXPECT_EQ(L"before", wide);
 }
 
 }  // namespace
