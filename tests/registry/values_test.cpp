@@ -5,12 +5,16 @@
 #include <tests/support/private_registry.h>
 #include <tests/support/text_forms.h>
 
+#include <algorithm>
+#include <cstring>
+#include <random>
 #include <string>
 
 namespace {
 
 using kitbag::test::ExpectNoHandleLeak;
 using kitbag::test::ImportPatch;
+using kitbag::test::Pick;
 using kitbag::test::RawKey;
 using kitbag::test::Text;
 
@@ -18,304 +22,270 @@ template <class Ch>
 class SettingsValues : public testing::Test {};
 TYPED_TEST_SUITE(SettingsValues, kitbag::test::TextForms, kitbag::test::TextFormName);
 
-/// The bytes of a 16-bit text without a terminator of its own.
-std::string Bytes(std::wstring_view text) {
-    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
-
-struct Bstr {
-    explicit Bstr(const wchar_t* text) : value(::SysAllocString(text)) {}
-    ~Bstr() { ::SysFreeString(value); }
-    BSTR value;
-};
-
 TYPED_TEST(SettingsValues, LieInTheirSectionsKey) {
     using Ch = TypeParam;
-    EXPECT_TRUE(KB(SetDWORD)(nullptr, T("At the root"), 7));
-    EXPECT_TRUE(KB(SetBool)(T(""), T("Also there"), true));
-    EXPECT_TRUE(KB(SetInt)(T("Audio\\Mixer\\Left"), T("Volume"), 3));
+    ExpectNoHandleLeak([] {
+        EXPECT_TRUE(KB(SetDWORD)(nullptr, T("At the root"), 7));
+        EXPECT_TRUE(KB(SetBool)(T(""), T("Also there"), true));
+        EXPECT_TRUE(KB(SetInt)(T("Audio\\Mixer\\Left"), T("Balance"), -3));
+        EXPECT_TRUE(KB(SetData)(T("Audio"), nullptr, 5, "\0\1\2\xff"));
+        EXPECT_FALSE(KB(SetData)(T("Audio"), T("No data"), 5, nullptr));
+    });
     EXPECT_EQ(7u, RawKey().NumberOf(L"At the root"));
     EXPECT_EQ(1u, RawKey().NumberOf(L"Also there"));
-    EXPECT_EQ(3u, RawKey("Audio\\Mixer\\Left").NumberOf(L"Volume"));
+    EXPECT_EQ(-3u, RawKey("Audio\\Mixer\\Left").NumberOf(L"Balance"));
+    EXPECT_EQ(DWORD{REG_BINARY}, RawKey("Audio").TypeOf(L""));
+    EXPECT_EQ(std::string("\0\1\2\xff", 5), RawKey("Audio").BytesOf(L""));
 
-    bool value = false;
-    EXPECT_TRUE(KB(GetBool)(T(""), T("At the root"), &value));
-    EXPECT_TRUE(value) << "any number but 0 is true";
-    EXPECT_FALSE(KB(GetBool)(T("Video"), T("Volume"), &value));
+    DWORD value = 0;
+    EXPECT_TRUE(KB(GetDWORD)(T(""), T("At the root"), &value));
+    EXPECT_EQ(7u, value);
+    EXPECT_FALSE(KB(GetDWORD)(T("Video"), T("N"), &value));
     EXPECT_FALSE(RawKey::Exists("Video")) << "a getter created the section";
-}
-
-TYPED_TEST(SettingsValues, TakeSectionsAsLongAsTheRegistryDoes) {
-    using Ch = TypeParam;
-    const auto root = static_cast<unsigned>(std::string(kitbag::test::kRoot).size());
-    for (const size_t length : {1u, 259 - root, 260 - root, 261u, 600u}) {
-        std::basic_string<Ch> section(length, Ch{'k'});
-        for (size_t i = 100; i < length; i += 100) section[i] = Ch{'\\'};
-        // The system's own 8-bit functions end at key paths of 260 characters.
-        const bool taken = std::is_same_v<Ch, wchar_t> || root + 1 + length <= 260;
-        int value = 0;
-        EXPECT_EQ(taken, KB(SetInt)(section.c_str(), T("Value"), 5));
-        EXPECT_EQ(taken, KB(GetInt)(section.c_str(), T("Value"), &value));
-        if (!taken) continue;
-        EXPECT_EQ(5u, RawKey(std::string(section.begin(), section.end())).NumberOf(L"Value"));
-    }
-}
-
-TYPED_TEST(SettingsValues, ReadOnlyFourBytesOfNumberAsANumber) {
-    using Ch = TypeParam;
-    struct {
-        DWORD type;
-        std::string bytes;
-        bool accepted;
-    } const stored[] = {
-        {REG_DWORD, {"\xfe\xff\xff\xff", 4}, true},  {REG_DWORD, {"\1\0\0", 3}, false},
-        {REG_DWORD, {"\1\0\0\0\0\0\0\0", 8}, false}, {REG_DWORD, "", false},
-        {REG_BINARY, {"\1\0\0\0", 4}, false},        {REG_SZ, Bytes(L"7"), false},
-    };
-    for (const auto& value : stored) {
-        RawKey("S").Set(L"N", value.type, value.bytes.data(),
-                        static_cast<DWORD>(value.bytes.size()));
-        int number = 1234;
-        DWORD unsignedNumber = 1234;
-        bool truth = false;
-        EXPECT_EQ(value.accepted, KB(GetInt)(T("S"), T("N"), &number));
-        EXPECT_EQ(value.accepted, KB(GetDWORD)(T("S"), T("N"), &unsignedNumber));
-        EXPECT_EQ(value.accepted, KB(GetBool)(T("S"), T("N"), &truth));
-        EXPECT_EQ(value.accepted ? -2 : 1234, number);
-        EXPECT_EQ(value.accepted ? 0xfffffffeu : 1234u, unsignedNumber);
-        EXPECT_EQ(value.accepted, truth);
-    }
-}
-
-// Texts as other tools may have left them, and what each reader makes of them.
-TYPED_TEST(SettingsValues, ReadTextsWhateverTheirEnd) {
-    using Ch = TypeParam;
-    using Str = Text<Ch>;
-    struct {
-        DWORD type;
-        std::string bytes;
-        bool accepted;
-        Str object;
-        std::wstring bstr;
-    } const stored[] = {
-        {REG_SZ, "", true, T(""), L""},
-        {REG_SZ, Bytes({L"", 1}), true, T(""), L""},
-        {REG_SZ, Bytes({L"abc", 4}), true, T("abc"), L"abc"},
-        {REG_SZ, Bytes({L"abc", 3}), true, T("ab"), L"abc"},
-        {REG_SZ, Bytes({L"abc\0", 5}), true, Str(T("abc\0"), 4), L"abc"},
-        {REG_SZ, Bytes({L"a\0b", 4}), true, Str(T("a\0b"), 3), L"a"},
-        {REG_SZ, Bytes({L"abc", 3}) + 'x', true, T("ab"), L"abc"},
-        {REG_SZ, "x", true, T(""), L""},
-        {REG_EXPAND_SZ, Bytes({L"abc", 4}), false, T(""), L""},
-        {REG_BINARY, Bytes({L"abc", 4}), false, T(""), L""},
-    };
-    for (const auto& value : stored) {
-        SCOPED_TRACE(testing::PrintToString(value.bytes));
-        RawKey("S").Set(L"T", value.type, value.bytes.data(),
-                        static_cast<DWORD>(value.bytes.size()));
-        Str object = T("before");
-        EXPECT_EQ(value.accepted, KB(GetTString)(T("S"), T("T"), object));
-        EXPECT_EQ(value.accepted ? value.object : Str(T("before")), object);
-
-        const Bstr before(L"before");
-        BSTR text = before.value;
-        EXPECT_EQ(value.accepted, KB(GetBSTR)(T("S"), T("T"), &text));
-        EXPECT_STREQ(value.accepted ? value.bstr.c_str() : L"before", text);
-        EXPECT_EQ(value.accepted, text != before.value) << "the old text is the caller's";
-        if (text != before.value) ::SysFreeString(text);
-    }
-}
-
-TYPED_TEST(SettingsValues, ReadTextIntoABufferThatIsLargerThanIt) {
-    using Ch = TypeParam;
-    RawKey("S").Set(L"T", std::wstring(L"abcd"));  // five characters with the terminator
-    Ch buffer[8];
-    for (const DWORD size : {0u, 4u, 5u, 6u, 8u}) {
-        std::fill_n(buffer, 8, Ch{'#'});
-        const bool fits = size > 5;
-        EXPECT_EQ(fits, KB(GetString)(T("S"), T("T"), buffer, size));
-        EXPECT_EQ(
-            fits ? std::basic_string<Ch>(T("abcd\0##"), 7) : std::basic_string<Ch>(7, Ch{'#'}),
-            std::basic_string<Ch>(buffer, 7));
-    }
-
-    RawKey("S").Set(L"T", REG_SZ, L"ab", 4);  // no terminator is stored, and none is added
-    EXPECT_TRUE(KB(GetString)(T("S"), T("T"), buffer, 3));
-    EXPECT_EQ(std::basic_string<Ch>(T("abcd")), std::basic_string<Ch>(buffer, 2) + T("cd"));
-    RawKey("S").Set(L"T", REG_EXPAND_SZ, L"ab", 6);
-    EXPECT_FALSE(KB(GetString)(T("S"), T("T"), buffer, 8));
 }
 
 TYPED_TEST(SettingsValues, WriteTextsThatReadBackWhole) {
     using Ch = TypeParam;
-    for (const Text<Ch>& text : {Text<Ch>(), Text<Ch>(1, Ch{'x'}), Text<Ch>(5000, Ch{'y'})}) {
-        EXPECT_TRUE(KB(SetTString)(T("S"), T("T"), text));
+    for (const size_t size : {0u, 1u, 5000u}) {
+        const Text<Ch> text(size, Ch{'x'});
         Text<Ch> object = T("before");
+        // What follows a zero is not stored.
+        EXPECT_TRUE(KB(SetTString)(T("S"), T("T"), text + Text<Ch>(T("\0x"), 2)));
         EXPECT_TRUE(KB(GetTString)(T("S"), T("T"), object));
         EXPECT_EQ(text, object);
-        EXPECT_EQ(std::wstring(text.begin(), text.end()), RawKey("S").TextOf(L"T"));
+        EXPECT_EQ(std::wstring(size, L'x'), RawKey("S").TextOf(L"T"));
     }
-    const Bstr text(L"\u00fcber \u4e2d");
-    EXPECT_TRUE(KB(SetBSTR)(T("S"), T("T"), text.value));
+    BSTR text = ::SysAllocString(L"\u00fcber \u4e2d");
+    EXPECT_TRUE(KB(SetBSTR)(T("S"), T("T"), text));
+    ::SysFreeString(text);
     // The 8-bit form loses what the code page lacks.
-    EXPECT_EQ(kitbag::test::Pick<Ch>(L"\u00fcber ?", L"\u00fcber \u4e2d"),
-              RawKey("S").TextOf(L"T"));
+    EXPECT_EQ(Pick<Ch>(L"\u00fcber ?", L"\u00fcber \u4e2d"), RawKey("S").TextOf(L"T"));
     EXPECT_TRUE(KB(SetBSTR)(T("S"), T("T"), nullptr));
     EXPECT_EQ(L"", RawKey("S").TextOf(L"T"));
 }
 
-TYPED_TEST(SettingsValues, ReadAndWriteBlocks) {
-    using Ch = TypeParam;
-    const std::string block("\0\1\2\xff\0", 5);
-    EXPECT_TRUE(KB(SetData)(T("S"), T("D"), 5, block.data()));
-    EXPECT_EQ(DWORD{REG_BINARY}, RawKey("S").TypeOf(L"D"));
-    EXPECT_EQ(block, RawKey("S").BytesOf(L"D"));
+void* NoMemory(size_t) { return nullptr; }
 
-    char buffer[8] = "#######";
-    DWORD size = 99;
-    EXPECT_FALSE(KB(GetData)(T("S"), T("D"), 4, buffer, &size));
-    EXPECT_EQ(99u, size);
-    EXPECT_TRUE(KB(GetDataSize)(T("S"), T("D"), &size));
-    EXPECT_EQ(5u, size);
-    RawKey("S").Set(L"N", 7u);  // any type will do
-    EXPECT_TRUE(KB(GetData)(T("S"), T("N"), 8, buffer, &size));
-    EXPECT_EQ(4u, size);
-    EXPECT_TRUE(KB(GetData)(T("S"), T("D"), 8, buffer, nullptr));
-    EXPECT_EQ(block + "##", std::string(buffer, 7));
+TYPED_TEST(SettingsValues, FailCleanlyWithoutMemory) {
+    using Ch = TypeParam;
+    RawKey("S").Set(L"T", std::wstring(L"a text that does not fit into the object itself"));
+    const std::basic_string<Ch> longSection(300, Ch{'s'});
+    Text<Ch> object = T("before");
+    {
+        const ImportPatch none("malloc", NoMemory, "libstdc++-6.dll");
+        ExpectNoHandleLeak([&] {
+            EXPECT_FALSE(KB(GetTString)(T("S"), T("T"), object));
+            EXPECT_FALSE(KB(SetDWORD)(longSection.c_str(), T("N"), 1));
+        });
+    }
+    EXPECT_EQ(T("before"), object);
 }
 
-TYPED_TEST(SettingsValues, RefuseOutputsThatCannotBeWritten) {
-    using Ch = TypeParam;
-    RawKey("S").Set(L"N", 7u);
-    RawKey("S").Set(L"T", std::wstring(L"text"));
-    static const DWORD constants[16] = {};
-    auto* readOnly = const_cast<DWORD*>(constants);  // NOLINT: that is the point
-    BSTR nothing = nullptr;
-    auto unwritable = reinterpret_cast<BSTR>(readOnly);
+// Values as any program may have left them, of every type and size and ending as they please. What
+// each getter must make of one follows from the bytes that the system's own call hands out.
+constexpr unsigned kSeed = 1809;
+constexpr DWORD kRoom = 512;  // no value needs as much
+const char readOnly[kRoom] = {};
 
-    EXPECT_FALSE(KB(GetDWORD)(T("S"), T("N"), nullptr));
-    EXPECT_FALSE(KB(GetDWORD)(T("S"), T("N"), readOnly));
-    EXPECT_FALSE(KB(GetBool)(T("S"), T("N"), nullptr));
-    Ch buffer[16] = {};
-    for (Ch* const output : {static_cast<Ch*>(nullptr), reinterpret_cast<Ch*>(readOnly)})
-        EXPECT_FALSE(KB(GetString)(T("S"), T("T"), output, 16));
-    EXPECT_FALSE(KB(GetString)(T("S"), T("T"), buffer, MAXDWORD));
-    for (BSTR* const output : {static_cast<BSTR*>(nullptr), &nothing, &unwritable})
-        EXPECT_FALSE(KB(GetBSTR)(T("S"), T("T"), output));
-    EXPECT_FALSE(KB(GetDataSize)(T("S"), T("N"), nullptr));
-    EXPECT_FALSE(KB(GetData)(T("S"), T("N"), 16, readOnly, nullptr));
-    EXPECT_TRUE(KB(GetData)(T("S"), T("N"), 16, buffer, readOnly)) << "the size is a courtesy";
-    EXPECT_FALSE(KB(SetData)(T("S"), T("D"), 16, nullptr));
+/// A place that passes for whatever a getter wants to write to.
+struct Output {
+    const void* place;
+    template <class T>
+    operator T*() const {
+        return static_cast<T*>(const_cast<void*>(place));  // NOLINT: some are not to be written to
+    }
+};
+
+std::wstring Wide(const wchar_t* text) { return text; }
+std::wstring Wide(const char* text) {
+    wchar_t wide[kRoom];
+    ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide, kRoom);
+    return wide;
 }
 
-TYPED_TEST(SettingsValues, LeaveNoKeyOpen) {
-    using Ch = TypeParam;
-    RawKey("S").Set(L"N", 7u);
-    RawKey("S").Set(L"T", std::wstring(L"text"));
-    Text<Ch> text;
-    Ch buffer[2];
-    DWORD number = 0;
-    const Bstr held(L"before");
-    // Successes, and failures before and after the key was opened.
-    ExpectNoHandleLeak([&] {
-        for (const auto* name : {T("N"), T("T"), T("missing")}) {
-            KB(GetDWORD)(T("S"), name, &number);
-            KB(GetDWORD)(T("S"), name, nullptr);
-            KB(GetTString)(T("S"), name, text);
-            KB(GetString)(T("S"), name, buffer, 2);
-            BSTR result = held.value;
-            if (KB(GetBSTR)(T("S"), name, &result)) ::SysFreeString(result);
-            KB(GetDataSize)(T("S"), name, &number);
-            KB(GetData)(T("S"), name, 1, buffer, &number);
-        }
-        KB(GetDWORD)(T("missing"), T("N"), &number);
-        KB(SetDWORD)(T("S"), T("N"), 8);
-        KB(SetString)(T("S"), T("T"), T("text"));
-        KB(SetData)(T("S"), T("D"), 4, &number);
+template <class Ch>
+struct RandomSettings : testing::Test {
+    DWORD Below(DWORD limit) { return random() % limit; }
+    DWORD Near(size_t size) { return std::max<DWORD>(size + Below(5), 2) - 2; }
+
+    void StoreOne() {
+        const DWORD types[] = {REG_SZ, REG_SZ, REG_DWORD, REG_DWORD, Below(12), Below(MAXDWORD)};
+        const DWORD sizes[] = {0, 1, 2, 3, 4, 4, 4, 5, 8, Below(40), Below(300)};
+        const DWORD size = sizes[Below(std::size(sizes))];
+        // Mostly 16-bit text of one byte each with a zero here and there, then terminators.
+        std::string stored(size - std::min(size, Below(2) * Below(7)), '\0');
+        for (size_t i = 0; i < stored.size(); ++i)
+            if (Below(16) < (i % 2 ? 4u : 15u)) stored[i] = static_cast<char>(Below(256));
+        stored.resize(size);
+        section.Set(Below(2) ? L"Value" : L"", types[Below(6)], stored.data(), size);
+        ++count;
+    }
+
+    void ChooseOne() {
+        const Ch* const names[] = {T("Value"), T("Value"), T(""), nullptr, T("Missing")};
+        name = names[Below(std::size(names))];
+        DWORD size = kRoom;
+        bytes.resize(kRoom);
+        isFound = Ask(bytes, size);
+        bytes.resize(isFound ? size : 0);
+        isText = isFound && type == REG_SZ;
+    }
+
+    bool Ask(std::string& buffer, DWORD& size) {
+        return Pick<Ch>(::RegQueryValueExA, ::RegQueryValueExW)(
+                   section.Get(), name, nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()),
+                   &size) == ERROR_SUCCESS;
+    }
+
+    /// Expects these bytes at the start of the output, or an output that is as it was, and refusal
+    /// of an output that cannot be written to.
+    template <class Getter>
+    static void Expect(bool isTaken, std::string expected, Getter&& get) {
+        std::string output(kRoom, '#');
+        if (!isTaken) expected.clear();
+        expected.resize(kRoom, '#');
+        EXPECT_EQ(isTaken, get(Output{output.data()}));
+        EXPECT_EQ(expected, output);
+        EXPECT_FALSE(get(Output{nullptr}));
+        EXPECT_FALSE(get(Output{readOnly}));
+    }
+
+    void ExpectNumbers() {
+        const bool isNumber = isFound && type == REG_DWORD && bytes.size() == sizeof(DWORD);
+        const bool isTrue = bytes.find_first_not_of('\0') != bytes.npos;
+        const auto to = [this](auto getter) {
+            return [getter, this](Output output) { return getter(T("S"), name, output); };
+        };
+        Expect(isNumber, bytes, to(KB(GetDWORD)));
+        Expect(isNumber, bytes, to(KB(GetInt)));
+        Expect(isNumber, std::string(1, isTrue), to(KB(GetBool)));
+    }
+
+    void ExpectBuffers() {
+        const DWORD length = Near(bytes.size() / sizeof(Ch)), size = Near(bytes.size());
+        // A text that would fill the buffer is refused; the system, which may add a terminator
+        // where there is room, is asked for just what is stored.
+        std::string text(kRoom, '#'), data = text, output = text;
+        DWORD exactly = bytes.size(), room = size, returned = 1234;
+        Ask(text, exactly);
+        Expect(isText && bytes.size() < length * sizeof(Ch), text,
+               [&](Output buffer) { return KB(GetString)(T("S"), name, buffer, length); });
+
+        const bool fits = Ask(data, room);
+        EXPECT_EQ(fits, KB(GetData)(T("S"), name, size, output.data(), &returned));
+        EXPECT_EQ(data, output);
+        EXPECT_EQ(fits ? bytes.size() : 1234, returned);
+        EXPECT_EQ(fits, KB(GetData)(T("S"), name, size, output.data(), Output{readOnly}));
+        EXPECT_EQ(isFound, KB(GetDataSize)(T("S"), name, &returned));
+        EXPECT_TRUE(!isFound || returned == bytes.size()) << returned;
+        EXPECT_FALSE(KB(GetDataSize)(T("S"), name, Output{readOnly}));
+        EXPECT_FALSE(KB(GetData)(T("S"), name, kRoom, Output{readOnly}, nullptr));
+    }
+
+    void ExpectTexts() {
+        std::basic_string<Ch> text(bytes.size() / sizeof(Ch), Ch{});
+        std::memcpy(text.data(), bytes.data(), text.size() * sizeof(Ch));
+        const BSTR before = ::SysAllocString(L"before");
+        BSTR bstr = before;
+        EXPECT_EQ(isText, KB(GetBSTR)(T("S"), name, &bstr));
+        EXPECT_EQ(isText ? Wide(text.c_str()) : L"before",
+                  std::wstring(bstr, ::SysStringLen(bstr)));
+        EXPECT_EQ(isText, bstr != before) << "the old text is the caller's";
+        if (bstr != before) ::SysFreeString(bstr);
+        ::SysFreeString(before);
+        for (BSTR refused : {BSTR{}, BSTR{Output{readOnly}}})
+            EXPECT_FALSE(KB(GetBSTR)(T("S"), name, &refused));
+        EXPECT_FALSE(KB(GetBSTR)(T("S"), name, nullptr));
+
+        // The last character is taken for a terminator, whatever it is.
+        if (!text.empty()) text.pop_back();
+        Text<Ch> object = T("before");
+        EXPECT_EQ(isText, KB(GetTString)(T("S"), name, object));
+        EXPECT_EQ(isText ? text : T("before"), object);
+    }
+
+    std::mt19937 random{kSeed};
+    const RawKey section{"S"};
+    int count = 0;
+    const Ch* name = nullptr;
+    bool isFound = false, isText = false;
+    DWORD type = REG_NONE;
+    std::string bytes;
+};
+TYPED_TEST_SUITE(RandomSettings, kitbag::test::TextForms, kitbag::test::TextFormName);
+
+TYPED_TEST(RandomSettings, AreReadAsTheirBytesAsk) {
+    // A thousand rounds.
+    ExpectNoHandleLeak([this] {
+        if (this->HasFailure()) return;
+        this->StoreOne();
+        this->ChooseOne();
+        SCOPED_TRACE(testing::Message()
+                     << "seed " << kSeed << ", value " << this->count << ", type " << this->type
+                     << ", " << testing::PrintToString(this->bytes));
+        this->ExpectNumbers();
+        this->ExpectBuffers();
+        this->ExpectTexts();
     });
 }
 
-// Fakes that note what they are called with, in memory that is there already.
+// Notes are taken in memory that is there already.
 std::string calls;
 int allocations = 0;
 
-void Note(const char* call, const char* text, unsigned long number) {
-    ((calls += call) += text) += ' ';
-    calls += std::to_string(number) + '\n';
-}
-const HKEY fakeKey = reinterpret_cast<HKEY>(4711);
+/// Notes the calls of a system function with their numbers, and hands them on.
+template <class... Arguments>
+struct Watched {
+    static inline const char* name;
+    static inline LSTATUS(WINAPI* function)(Arguments...);
 
-LSTATUS WINAPI Open(HKEY, LPCSTR path, DWORD, REGSAM access, PHKEY key) {
-    Note("open ", path, access);
-    *key = fakeKey;
-    return ERROR_SUCCESS;
-}
-LSTATUS WINAPI Create(HKEY, LPCSTR path, DWORD, LPSTR, DWORD, REGSAM access, LPSECURITY_ATTRIBUTES,
-                      PHKEY key, LPDWORD) {
-    Note("create ", path, access);
-    *key = fakeKey;
-    return ERROR_SUCCESS;
-}
-LSTATUS WINAPI Query(HKEY, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE, LPDWORD bytes) {
-    Note("query ", name, *bytes);
-    *type = REG_DWORD;
-    return ERROR_SUCCESS;
-}
-LSTATUS WINAPI Set(HKEY, LPCSTR name, DWORD, DWORD, const BYTE*, DWORD bytes) {
-    Note("set ", name, bytes);
-    return ERROR_SUCCESS;
-}
-LSTATUS WINAPI Close(HKEY key) {
-    Note("close", "", reinterpret_cast<unsigned long>(key));
-    return ERROR_SUCCESS;
+    static LSTATUS WINAPI Call(Arguments... arguments) {
+        calls += name;
+        (Note(arguments), ...);
+        calls += '\n';
+        return function(arguments...);
+    }
+    static void Note(DWORD number) { (calls += ' ') += std::to_string(number); }
+    static void Note(const void*) {}
+};
+template <class... Arguments>
+ImportPatch Watch(const char* name, LSTATUS(WINAPI* function)(Arguments...)) {
+    Watched<Arguments...>::name = name;
+    Watched<Arguments...>::function = function;
+    return {name, Watched<Arguments...>::Call};
 }
 void* CountedAllocation(size_t size) {
     ++allocations;
     return std::malloc(size);
 }
-void* NoMemory(size_t) { return nullptr; }
+
 TEST(SettingsCalls, AreTheFewestAndTakeNoHeapForScalars) {
-    const ImportPatch open("RegOpenKeyExA", Open), create("RegCreateKeyExA", Create);
-    const ImportPatch query("RegQueryValueExA", Query), set("RegSetValueExA", Set);
-    const ImportPatch close("RegCloseKey", Close);
-    const std::string section(260, 's');
-    const std::string path = std::string(kitbag::test::kRoot) + '\\' + section;
+    const ImportPatch patches[] = {Watch("RegOpenKeyExW", ::RegOpenKeyExW),
+                                   Watch("RegQueryValueExW", ::RegQueryValueExW),
+                                   Watch("RegCreateKeyExW", ::RegCreateKeyExW),
+                                   Watch("RegSetValueExW", ::RegSetValueExW),
+                                   Watch("RegCloseKey", ::RegCloseKey),
+                                   {"malloc", CountedAllocation, "libstdc++-6.dll"}};
     calls.reserve(4096);
-    DWORD value = 0;
-    {
-        const ImportPatch allocate("malloc", CountedAllocation, "libstdc++-6.dll");
-        EXPECT_TRUE(KB_GetDWORDA(section.c_str(), "Name", &value));
-        EXPECT_TRUE(KB_SetDWORDA(section.c_str(), "Name", 1));
-        EXPECT_EQ(0, allocations);
-        EXPECT_TRUE(KB_SetDWORDA((section + 's').c_str(), "Name", 1));
-        EXPECT_GT(allocations, 0) << "allocations are not seen";
+    for (const size_t length : {1u, 260u, 261u, 600u}) {
+        std::wstring section(length, L's');
+        for (size_t i = 100; i < length; i += 100) section[i] = L'\\';
+        DWORD value = 0;
+        calls.clear();
+        allocations = 0;
+        KB_SetDWORDW(section.c_str(), L"Name", 5);
+        KB_GetDWORDW(section.c_str(), L"Name", &value);
+        EXPECT_EQ(length > 260, allocations > 0);
+        EXPECT_EQ(5u, value);
+        EXPECT_EQ(5u, RawKey(std::string(section.begin(), section.end())).NumberOf(L"Name"));
+        EXPECT_EQ(
+            "RegCreateKeyExW 0 0 983103\nRegSetValueExW 0 4 4\nRegCloseKey\n"
+            "RegOpenKeyExW 0 131097\nRegQueryValueExW\nRegCloseKey\n",
+            calls);
     }
-    EXPECT_EQ("open " + path + " 131097\nquery Name 4\nclose 4711\n" +  //
-                  "create " + path + " 983103\nset Name 4\nclose 4711\n" + "create " + path +
-                  "s 983103\nset Name 4\nclose 4711\n",
-              calls);
-
     calls.clear();
-    EXPECT_TRUE(KB_SetStringA("", "T", "abc"));
-    EXPECT_EQ(std::string("create ") + kitbag::test::kRoot + " 983103\nset T 3\nclose 4711\n",
-              calls);
-}
-
-TEST(SettingsCalls, FailCleanlyWithoutMemory) {
-    RawKey("S").Set(L"T", std::wstring(L"a text that does not fit into the object itself"));
-    TWinString<char> narrow("before");
-    std::wstring wide(L"before");
-    const std::string longSection(300, 's');
-    {
-        const ImportPatch none("malloc", NoMemory, "libstdc++-6.dll");
-        ExpectNoHandleLeak([&] {
-            EXPECT_FALSE(KB_GetTStringA("S", "T", narrow));
-            EXPECT_FALSE(KB_GetTStringW(L"S", L"T", wide));
-            EXPECT_FALSE(KB_SetDWORDA(longSection.c_str(), "N", 1));
-        });
-    }
-    EXPECT_EQ("before", narrow);
-    EXPECT_EQ(L"before", wide);
+    EXPECT_TRUE(KB_SetStringW(L"", L"T", L"abc"));
+    EXPECT_EQ("RegCreateKeyExW 0 0 983103\nRegSetValueExW 0 1 6\nRegCloseKey\n", calls);
 }
 
 }  // namespace
