@@ -1,33 +1,29 @@
 // Eight threads at once: in the settings, in first calls, and with event threads of their own.
 
 #include <gtest/gtest.h>
-#include <kitbag/registry/directories.h>
-#include <kitbag/registry/values.h>
-#include <kitbag/runtime/threads.h>
-#include <kitbag/system/system_information.h>
-#include <kitbag/values/user_interface_level.h>
+#include <kitbag/kitbag.h>
 #include <tests/support/import_patch.h>
+#include <tests/support/leak_check.h>
 #include <tests/support/private_registry.h>
 #include <tests/support/temporary_folder.h>
 #include <tests/support/text_forms.h>
 
 #include <atomic>
 #include <barrier>
-#include <set>
 #include <thread>
 
 namespace {
 
 using namespace kitbag::test;
 
-constexpr int kThreads = 8;
+constexpr unsigned kThreads = 8;
 
 /// Runs the work on eight threads, which begin it together, and waits for their end.
 template <class Work>
 void RunTogether(Work&& work) {
     std::barrier<> start(kThreads);
     std::vector<std::jthread> threads;
-    for (int thread = 0; thread < kThreads; ++thread)
+    for (unsigned thread = 0; thread < kThreads; ++thread)
         threads.emplace_back([&, thread] {
             start.arrive_and_wait();
             work(thread);
@@ -45,57 +41,52 @@ std::string WriteAndRead(const std::string& name, const std::string& text) {
 }
 
 TEST(Concurrency, KeepsTheSettingsOfEveryThread) {
-    std::vector<std::string> texts;
-    for (unsigned i = 0; i < 400; ++i) texts.push_back(std::to_string(i).append(i % 50, '.'));
-    // The shared text cannot be read when another thread lengthens it meanwhile.
-    std::set<std::string> readable(texts.begin(), texts.end());
-    readable.insert("");
-    RunTogether([&](int thread) {
-        for (unsigned i = static_cast<unsigned>(thread); i < texts.size(); i += kThreads) {
+    const auto textOf = [](unsigned i) { return std::to_string(i).append(i % 50, '.'); };
+    RunTogether([&](unsigned thread) {
+        for (unsigned i = thread; i < 400; i += kThreads) {
             const auto use = i / kThreads % 2 ? WriteAndRead<char> : WriteAndRead<wchar_t>;
-            EXPECT_EQ(texts[i], use("Own\\" + std::to_string(i), texts[i]));
-            EXPECT_TRUE(readable.contains(use("Shared", texts[i])));
+            EXPECT_EQ(textOf(i), use("Own\\" + std::to_string(i), textOf(i)));
+            // Not readable where another thread lengthens it meanwhile.
+            const std::string shared = use("Shared", textOf(i));
+            EXPECT_TRUE(shared.empty() || shared == textOf(std::stoul(shared))) << shared;
         }
     });
-    for (unsigned i = 0; i < texts.size(); ++i)
-        EXPECT_EQ(std::wstring(texts[i].begin(), texts[i].end()),
-                  RawKey("Own\\" + std::to_string(i)).TextOf(L"Text"));
+    for (unsigned i = 0; i < 400; ++i) {
+        const std::wstring text = RawKey("Own\\" + std::to_string(i)).TextOf(L"Text");
+        EXPECT_EQ(textOf(i), std::string(text.begin(), text.end()));
+    }
 }
 
-/// Has a function of the system take so long that all threads ask it before the first one knows.
-/// One function of each signature.
+/// What a function of the system is replaced by, one of each signature, so that all threads ask it
+/// before the first one knows.
 template <class Result, class... Arguments>
-class Slow : ImportPatch {
- public:
-    Slow(const char* name, Result(WINAPI* function)(Arguments...)) : ImportPatch(name, Call) {
-        original_ = function;
-    }
-
- private:
-    static Result WINAPI Call(Arguments... arguments) {
-        ::Sleep(30);
-        return original_(arguments...);
-    }
-    static inline Result(WINAPI* original_)(Arguments...);
-};
+auto Slow(Result(WINAPI* function)(Arguments...)) {
+    static Result(WINAPI * original)(Arguments...);
+    original = function;
+    struct Fake {
+        static Result WINAPI Call(Arguments... arguments) {
+            return ::Sleep(30), original(arguments...);
+        }
+    };
+    return Fake::Call;
+}
 
 std::string folder;
 DWORD WINAPI ModuleFile(HMODULE module, char* path, DWORD size) {
-    const std::string file = folder + (module ? "\\lib\\Kitbag.dll" : "\\player.exe");
-    return file.copy(path, size - 1);
+    return (folder + (module ? "\\lib\\Kitbag.dll" : "\\player.exe")).copy(path, size - 1);
 }
 
 TEST(Concurrency, GivesEveryFirstCallTheSameAnswer) {
     const TemporaryFolder temporary;
     folder = temporary.Path().string();
     RawKey("Screen").Set(L"User experience level", DWORD{1});
-    const ImportPatch file("GetModuleFileNameA", ModuleFile);
-    const Slow version("GetVersionExA", ::GetVersionExA);
-    const Slow station("GetUserObjectInformationA", ::GetUserObjectInformationA);
-    const Slow region("VirtualQuery", ::VirtualQuery);
-    const Slow value("RegQueryValueExA", ::RegQueryValueExA);
-    const Slow create("CreateDirectoryA", ::CreateDirectoryA);
-    RunTogether([](int) {
+    const ImportPatch file("GetModuleFileNameA", ModuleFile),
+        version("GetVersionExA", Slow(::GetVersionExA)),
+        station("GetUserObjectInformationA", Slow(::GetUserObjectInformationA)),
+        region("VirtualQuery", Slow(::VirtualQuery)),
+        value("RegQueryValueExA", Slow(::RegQueryValueExA)),
+        create("CreateDirectoryA", Slow(::CreateDirectoryA));
+    RunTogether([](unsigned) {
         TWinString<char> data;
         EXPECT_TRUE(KB_GetDataDirectoryA(data));
         EXPECT_EQ(folder + "\\lib\\Data\\", data);
@@ -106,50 +97,40 @@ TEST(Concurrency, GivesEveryFirstCallTheSameAnswer) {
 }
 
 /// Answers the latest request.
-class Answerer : public EventThread {
- public:
-    /// False where no OnEvent has seen the request after ten seconds.
+struct Answerer : EventThread {
+    ~Answerer() override { ::CloseHandle(answer); }
+    /// False where ten seconds have passed without any answer.
     bool Ask() {
-        ++asked_;
-        TriggerEvent();
-        for (int wait = 0; answered_ != asked_ && wait < 10000; ++wait) ::Sleep(1);
-        return answered_ == asked_;
+        ++asked;
+        for (TriggerEvent(); answered != asked;)
+            if (::WaitForSingleObject(answer, 10000) != WAIT_OBJECT_0) return false;
+        return true;
     }
     void OnThreadStart() override { ++starts; }
     void OnThreadExit() override { ++exits; }
-    bool OnEvent() override { return answered_ = asked_.load(); }
+    bool OnEvent() override { return answered = asked.load(), ::SetEvent(answer); }
     bool OnTimeout() override { return false; }
 
     int starts = 0, exits = 0;
-
- private:
-    std::atomic<int> asked_ = 0, answered_ = 0;
+    std::atomic<int> asked = 0, answered = 0;
+    HANDLE answer = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
 };
 
-void StartAskAndStop(int times) {
+void StartAskAndStop(Answerer& thread) {
+    const int runs = thread.starts + 1;
+    thread.Start(THREAD_PRIORITY_NORMAL, INFINITE);
+    ASSERT_TRUE(thread.Ask() && thread.Ask() && thread.Ask());
+    thread.Stop();
+    ASSERT_TRUE(thread.IsFinished() && thread.starts == runs && thread.exits == runs);
+}
+
+TEST(Concurrency, StartsAndStopsEventThreadsThousandsOfTimes) {
+    RunTogether([](unsigned) {
+        Answerer thread;
+        for (int i = 0; i < 125; ++i) StartAskAndStop(thread);
+    });
     Answerer thread;
-    for (int i = 1; i <= times; ++i) {
-        thread.Start(THREAD_PRIORITY_NORMAL, INFINITE);
-        ASSERT_TRUE(thread.Ask() && thread.Ask() && thread.Ask());
-        thread.Stop();
-        ASSERT_TRUE(thread.IsFinished() && thread.starts == i && thread.exits == i);
-    }
-}
-
-/// The hundredth value from here on that no open handle has: it rises with those left open.
-HANDLE FreeHandle() {
-    HANDLE probes[100];
-    for (HANDLE& probe : probes) probe = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    for (HANDLE probe : probes) ::CloseHandle(probe);
-    return probes[99];
-}
-
-TEST(Concurrency, StartsAndStopsAThousandEventThreads) {
-    // What the system opens once is open before the count.
-    RunTogether([](int) { StartAskAndStop(1); });
-    HANDLE before = FreeHandle();
-    RunTogether([](int) { StartAskAndStop(1000 / kThreads); });
-    EXPECT_EQ(before, FreeHandle());
+    ExpectNoHandleLeak([&] { StartAskAndStop(thread); });
 }
 
 }  // namespace
