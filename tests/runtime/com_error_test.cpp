@@ -16,6 +16,8 @@ void SetOn(DWORD apartment, bool isInitialised, const char* text, const wchar_t*
     error->GetDescription(description.GetAddress());
     EXPECT_STREQ(expected, description);
     EXPECT_EQ(0u, error->Release());
+    EXPECT_EQ(S_FALSE, ::CoInitializeEx(nullptr, apartment));
+    ::CoUninitialize();
     ::CoUninitialize();
     EXPECT_EQ(S_OK, ::CoInitializeEx(nullptr, apartment));
     ::CoUninitialize();

@@ -50,24 +50,31 @@ HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE,
     return nullptr;
 }
 
-TEST(Threads, BearWhatTheSystemRefuses) {
-    const ImportPatch noEvent("CreateEventA", RefuseEvent);
-    Recorder spinning;
-    spinning.Start(THREAD_PRIORITY_NORMAL, 0);
+void StartAndStop() {
+    Recorder thread;
+    thread.Start(THREAD_PRIORITY_NORMAL, INFINITE);
     ::SetEvent(gate);
-    EXPECT_FALSE(spinning.WaitForFinish(20));
-    spinning.Stop();
+    EXPECT_FALSE(thread.WaitForFinish(20));
+    thread.Stop();
     EXPECT_EQ("sx", TakeNotes());
+}
 
+TEST(Threads, AnswerNothingWhenStoppedWhetherTheyHaveAnEventOrNot) {
+    StartAndStop();
+    const ImportPatch noEvent("CreateEventA", RefuseEvent);
+    StartAndStop();
+}
+
+TEST(Threads, RunBothHooksWhenStoppedBeforeTheyBegan) {
     const ImportPatch noThread("CreateThread", RefuseThread);
-    Recorder missing;
-    EXPECT_TRUE(missing.Start(THREAD_PRIORITY_NORMAL, 0));
-    Recorder copy = missing;
-    missing.Stop();
-    EXPECT_FALSE(!copy.IsActive() || missing.IsActive() || missing.IsFinished());
-    // Stopped before it began, it would still have run both hooks.
+    Recorder thread;
+    EXPECT_TRUE(thread.Start(THREAD_PRIORITY_NORMAL, 0));
+    Recorder copy(thread);
+    EXPECT_TRUE(copy.IsActive());
+    thread.Stop();
+    EXPECT_FALSE(thread.IsActive() || thread.IsFinished());
     ::SetEvent(gate);
-    SimpleThread::ThreadProc(&missing);
+    SimpleThread::ThreadProc(&thread);
     EXPECT_EQ("sx", TakeNotes());
 }
 
