@@ -5,11 +5,11 @@
 #include <tests/support/temporary_folder.h>
 
 #include <fstream>
+#include <sstream>
 
 namespace {
 
 using kitbag::test::ImportPatch;
-using testing::HasSubstr;
 
 long long frequency = 0, now = 0;
 BOOL WINAPI FakeFrequency(LARGE_INTEGER* result) { return (result->QuadPart = frequency) != 0; }
@@ -98,7 +98,7 @@ TEST_F(Performance, WritesNothingUnlessItIsOnAndHasABuffer) {
         Enable(static_cast<DWORD>(size));
         TWinString<char> counts;
         counts.Format("= %d, recorded = %d, attempted = 5", size, recorded);
-        EXPECT_THAT(report(), HasSubstr(counts));
+        EXPECT_THAT(report(), testing::HasSubstr(counts));
     }
     for (const DWORD huge : {0x0fffffffu, 0xffffffffu}) {
         Enable(huge);

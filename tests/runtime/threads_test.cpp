@@ -44,9 +44,8 @@ TEST(Threads, AnswerAnEventThenATimeOutAndEndWhenStopped) {
     EXPECT_EQ("setx", TakeNotes());
 }
 
-HANDLE WINAPI RefuseEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const char*) { return nullptr; }
-HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD,
-                           DWORD*) {
+template <class... Arguments>
+HANDLE WINAPI Refuse(Arguments...) {
     return nullptr;
 }
 
@@ -61,12 +60,12 @@ void StartAndStop() {
 
 TEST(Threads, AnswerNothingWhenStoppedWhetherTheyHaveAnEventOrNot) {
     StartAndStop();
-    const ImportPatch noEvent("CreateEventA", RefuseEvent);
+    const ImportPatch noEvent("CreateEventA", Refuse<void*, BOOL, BOOL, const char*>);
     StartAndStop();
 }
 
 TEST(Threads, RunBothHooksWhenStoppedBeforeTheyBegan) {
-    const ImportPatch noThread("CreateThread", RefuseThread);
+    const ImportPatch noThread("CreateThread", Refuse<void*, SIZE_T, void*, void*, DWORD, DWORD*>);
     Recorder thread;
     EXPECT_TRUE(thread.Start(THREAD_PRIORITY_NORMAL, 0));
     Recorder copy(thread);
