@@ -1,6 +1,7 @@
 #include <comutil.h>
-#include <gtest/gtest.h>
+#include <kitbag/frame/win_string.h>
 #include <kitbag/runtime/com_error.h>
+#include <tests/support/trace_capture.h>
 
 #include <thread>
 
@@ -9,7 +10,14 @@ namespace {
 /// Leaves one initialisation to undo, whether it is the thread's own or not.
 void SetOn(DWORD apartment, bool isInitialised, const char* text, const wchar_t* expected) {
     if (isInitialised) ::CoInitializeEx(nullptr, apartment);
+    kitbag::test::TraceCapture trace;
     EXPECT_TRUE(KB_SetIErrorInfoA(text));
+    TWinString<char> line;
+    line.Format("CKitbag::SetIErrorInfo - Thread 0x%08X should call CoInitialise\n",
+                ::GetCurrentThreadId());
+    const bool isAsItShould = isInitialised && apartment == COINIT_APARTMENTTHREADED;
+    trace.Expect(std::vector<std::string>(!isAsItShould, line));
+
     IErrorInfo* error = nullptr;
     ASSERT_EQ(S_OK, ::GetErrorInfo(0, &error));
     _bstr_t description;
