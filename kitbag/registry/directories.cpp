@@ -163,8 +163,14 @@ bool FindCreateOrAsk(const Directory<Ch>& known, StringOf<Ch>& directory) {
 
 template <class Ch>
 bool GetDirectory(Directory<Ch>& known, StringOf<Ch>& directory) {
-    const bool isFirstCall = !known.wasAskedFor.exchange(true);
-    return isFirstCall ? FindCreateOrAsk(known, directory) : FindExisting(known.kind, directory);
+    // Only one of racing first calls asks the user. All of them create: one that did not would find
+    // the folder missing that another one is about to create, and forget it.
+    const bool isLaterCall =
+        known.createsDefault ? known.wasAskedFor.load() : known.wasAskedFor.exchange(true);
+    if (isLaterCall) return FindExisting(known.kind, directory);
+    const bool isFound = FindCreateOrAsk(known, directory);
+    known.wasAskedFor = true;
+    return isFound;
 }
 
 }  // namespace

@@ -30,8 +30,8 @@ KITBAG_PLAIN bool KB_GetDocDirectoryA(TWinString<char>& directory);
 KITBAG_PLAIN bool KB_GetDocDirectoryW(std::wstring& directory);
 
 /// The first call in a process (of each text form) creates what is missing: the remembered
-/// directory or, without one, the folder Data beside Kitbag.dll, which it remembers. Later calls
-/// never create.
+/// directory or, without one, the folder Data beside Kitbag.dll, which it remembers. So does every
+/// call that begins before the first one has ended; later calls never create.
 KITBAG_PLAIN bool KB_GetDataDirectoryA(TWinString<char>& directory);
 KITBAG_PLAIN bool KB_GetDataDirectoryW(std::wstring& directory);
 

@@ -75,12 +75,18 @@ void PerformanceLogger::StopAndProduceReport() {
 
 void PerformanceLogger::AddRecord(unsigned long measurementIndex, unsigned long long value,
                                   bool newLine) {
-    if (!isActive_) return;
-    if (recorded_ < capacity_)
-        buffer_[recorded_] = {static_cast<std::uint16_t>(measurementIndex),
-                              newLine ? kStartsLine : std::uint16_t{0}, value};
-    if (recorded_ + 1 < capacity_) ++recorded_;
+    if (isActive_) StoreRecord(measurementIndex, value, newLine);
+}
+
+// Apart from AddRecord, which saves no registers for it while the logger is off.
+void PerformanceLogger::StoreRecord(unsigned long measurementIndex, unsigned long long value,
+                                    bool newLine) {
+    const unsigned long position = recorded_;
+    if (position + 1 < capacity_) recorded_ = position + 1;
     ++attempted_;
+    if (position < capacity_)
+        buffer_[position] = {static_cast<std::uint16_t>(measurementIndex),
+                             newLine ? kStartsLine : std::uint16_t{0}, value};
 }
 
 void PerformanceLogger::AddMeasurement(PerformanceMeasurement* measurement) {

@@ -67,6 +67,8 @@ class KITBAG_API PerformanceLogger : public PerformanceTimer {
     void AddMeasurement(PerformanceMeasurement* measurement);
 
  private:
+    [[gnu::noinline]] void StoreRecord(unsigned long measurementIndex, unsigned long long value,
+                                       bool newLine);
     void WriteReport() const;
     void WriteSamples(std::FILE* file, std::optional<int> depth) const;
 

@@ -1,35 +1,41 @@
-#include <gtest/gtest.h>
-#include <kitbag/runtime/idle_monitor.h>
+#include <gmock/gmock.h>
 #include <process.h>
 #include <tests/support/import_patch.h>
+#include <tests/support/temporary_folder.h>
 #include <tests/support/trace_capture.h>
 
 #include <cstring>
-#include <filesystem>
+#include <string_view>
 #include <utility>
 
 namespace {
 
-using kitbag::test::ImportPatch;
+/// All processes that loaded one file share its words: every test has a copy of its own.
+constexpr char kCopy[] = "Idle.dll";
+HMODULE Copy() { return ::GetModuleHandleA(kCopy); }
 
-BYTE* Library() { return reinterpret_cast<BYTE*>(::GetModuleHandleA("Kitbag.dll")); }
+struct Patch : kitbag::test::ImportPatch {
+    Patch(const char* name, auto* fake) : ImportPatch(name, fake, kCopy) {}
+};
 
-const IMAGE_SECTION_HEADER& SharedSection() {
-    auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(Library());
-    auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(Library() + dos->e_lfanew);
-    auto* section = reinterpret_cast<const IMAGE_SECTION_HEADER*>(nt + 1);
-    while (std::memcmp(section->Name, ".UIdle", sizeof ".UIdle") != 0) ++section;
-    return *section;
+std::filesystem::path Built(const char* file) {
+    return std::filesystem::path(_pgmptr).replace_filename(file);
 }
 
-/// All processes share the words: one has them at a time, until its end.
-class IdleMonitor : public testing::Test {
- protected:
+struct IdleMonitor : testing::Test {
     IdleMonitor() {
-        static HANDLE mutex = ::CreateMutexA(nullptr, FALSE, "Kitbag idle monitor tests");
-        ::WaitForSingleObject(mutex, INFINITE);
-        std::memset(Library() + SharedSection().VirtualAddress, 0, 16);
+        copy_file(Built("Kitbag.dll"), copy);
+        ::LoadLibraryW(copy.c_str());
     }
+    ~IdleMonitor() override { ::FreeLibrary(Copy()); }
+    /// None of the copy's functions takes an argument.
+    static DWORD Call(const char* name) { return DWORD(::GetProcAddress(Copy(), name)()); }
+    static DWORD Init() { return Call("KB_UserIdleMonitorInit"); }
+    static DWORD Term() { return Call("KB_UserIdleMonitorTerm"); }
+    static DWORD LastInput() { return Call("KB_GetLastUserInputTime"); }
+
+    kitbag::test::TemporaryFolder folder;
+    std::filesystem::path copy = folder / kCopy;
 };
 
 DWORD now = 0;
@@ -45,7 +51,7 @@ Calls calls;
 Calls TakeCalls() { return std::exchange(calls, {}); }
 
 HHOOK WINAPI FakeInstall(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
-    EXPECT_TRUE(thread == 0 && Library() == reinterpret_cast<BYTE*>(module));
+    EXPECT_TRUE(thread == 0 && module == Copy());
     procedures[kind] = procedure;
     calls.push_back(kind);
     return reinterpret_cast<HHOOK>(hooks[kind]);
@@ -57,30 +63,29 @@ LRESULT WINAPI FakeNext(HHOOK hook, int code, WPARAM first, LPARAM second) {
 BOOL WINAPI FailToRemove(HHOOK hook) { return FakeNext(hook, 0, 0, FALSE); }
 
 TEST_F(IdleMonitor, AsksTheSystemWhereItCan) {
-    const ImportPatch patch("SetWindowsHookExA", FakeInstall);
-    EXPECT_TRUE(KB_UserIdleMonitorInit());
-    KB_UserIdleMonitorTerm();
+    const Patch patch("SetWindowsHookExA", FakeInstall);
+    EXPECT_TRUE(Init());
+    Term();
     EXPECT_EQ(Calls{}, TakeCalls());
     LASTINPUTINFO info = {sizeof info, 0};
     ::GetLastInputInfo(&info);
-    EXPECT_EQ(info.dwTime, KB_GetLastUserInputTime());
+    EXPECT_EQ(info.dwTime, LastInput());
 }
 
 TEST_F(IdleMonitor, InstallsHooksWhereTheSystemCannotTell) {
-    const ImportPatch find("GetProcAddress", FindNothing), ticks("GetTickCount", FakeTicks),
+    const Patch find("GetProcAddress", FindNothing), ticks("GetTickCount", FakeTicks),
         install("SetWindowsHookExA", FakeInstall), next("CallNextHookEx", FakeNext),
         remove("UnhookWindowsHookEx", FailToRemove);
-    const auto init = [](int keyboard, int mouse) {
+    const auto init = [&](int keyboard, int mouse) {
         hooks[WH_KEYBOARD] = keyboard;
         hooks[WH_MOUSE] = mouse;
-        EXPECT_EQ(keyboard && mouse, KB_UserIdleMonitorInit());
+        EXPECT_EQ(keyboard && mouse, Init());
         return TakeCalls();
     };
-    EXPECT_EQ((Calls{2, 7}), init(0, 0));
     EXPECT_EQ((Calls{2, 7}), init(0, 22));
     EXPECT_EQ((Calls{22, 2, 7}), init(11, 0));
     EXPECT_EQ(Calls{}, init(11, 0));
-    KB_UserIdleMonitorTerm();
+    Term();
     TakeCalls();
 
     now = 0xffffff00;
@@ -89,21 +94,26 @@ TEST_F(IdleMonitor, InstallsHooksWhereTheSystemCannotTell) {
     for (const int kind : {WH_KEYBOARD, WH_MOUSE}) {
         now += 500;
         EXPECT_EQ(6, procedures[kind](HC_NOREMOVE, 1, 2));
-        EXPECT_EQ(500u, KB_GetUserIdleTime());
+        EXPECT_EQ(500u, Call("KB_GetUserIdleTime"));
         EXPECT_EQ(3, procedures[kind](HC_ACTION, 1, 2));
-        EXPECT_EQ(0u, KB_GetUserIdleTime());
+        EXPECT_EQ(0u, Call("KB_GetUserIdleTime"));
         EXPECT_EQ((Calls{hooks[kind], hooks[kind]}), TakeCalls());
     }
-    // A second process sees what this one stored.
-    const auto reader = std::filesystem::path(_pgmptr).replace_filename("kitbag_idle_reader.exe");
-    EXPECT_EQ(now, DWORD(::_wspawnl(_P_WAIT, reader.c_str(), reader.c_str(), nullptr)));
-    EXPECT_EQ(16u, SharedSection().Misc.VirtualSize);
-    const DWORD flags = IMAGE_SCN_MEM_SHARED | IMAGE_SCN_MEM_READ | IMAGE_SCN_MEM_WRITE;
-    EXPECT_EQ(flags, flags & SharedSection().Characteristics);
+
+    // The section as the module's header describes it; a second process sees its words.
+    const std::string_view header(reinterpret_cast<const char*>(Copy()), 4096);
+    const auto* section =
+        reinterpret_cast<const IMAGE_SECTION_HEADER*>(header.substr(header.find(".UIdle")).data());
+    const DWORD words[] = {11, 22, now, 0};
+    EXPECT_EQ(sizeof words, section->Misc.VirtualSize);
+    EXPECT_EQ(0, std::memcmp(words, &header[section->VirtualAddress], sizeof words));
+    const auto reader = Built("kitbag_idle_reader.exe");
+    EXPECT_EQ(now,
+              DWORD(::_wspawnl(_P_WAIT, reader.c_str(), reader.c_str(), copy.c_str(), nullptr)));
 
     kitbag::test::TraceCapture trace;
-    KB_UserIdleMonitorTerm();
-    KB_UserIdleMonitorTerm();
+    Term();
+    Term();
     trace.Expect({"UnhookWindowsHookEx(g_hHookKbd)", "UnhookWindowsHookEx(g_hHookMouse)"});
     EXPECT_EQ((Calls{11, 22}), TakeCalls());
 }
@@ -116,20 +126,20 @@ TEST_F(IdleMonitor, HearsRealInputThroughItsHooks) {
                                   nullptr, nullptr, nullptr);
     if (!window) GTEST_SKIP() << "no display";
     ::SetForegroundWindow(window);
-    const ImportPatch patch("GetProcAddress", FindNothing);
-    EXPECT_TRUE(KB_UserIdleMonitorInit());
+    const Patch patch("GetProcAddress", FindNothing);
+    EXPECT_TRUE(Init());
     for (const auto input : {PressKey, MoveMouse}) {
-        const DWORD before = KB_GetLastUserInputTime();
+        const DWORD before = LastInput();
         // The first inputs may come before the window does.
-        for (int i = 0; KB_GetLastUserInputTime() == before && i < 5000; ++i) {
+        for (int i = 0; LastInput() == before && i < 5000; ++i) {
             ::Sleep(1);
             input();
             for (MSG message; ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);)
                 ::DispatchMessageA(&message);
         }
-        EXPECT_NE(before, KB_GetLastUserInputTime());
+        EXPECT_NE(before, LastInput());
     }
-    KB_UserIdleMonitorTerm();
+    Term();
     ::DestroyWindow(window);
 }
 

@@ -1,5 +1,7 @@
-// Exits with the last input's tick, as this process sees it.
+// Exits with the last input's tick, as this process sees it through the given library.
 
-#include <kitbag/runtime/idle_monitor.h>
+#include <windows.h>
 
-int main() { return static_cast<int>(KB_GetLastUserInputTime()); }
+int main(int, char** argv) {
+    return ::GetProcAddress(::LoadLibraryA(argv[1]), "KB_GetLastUserInputTime")();
+}

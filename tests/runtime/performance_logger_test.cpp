@@ -5,6 +5,7 @@
 #include <tests/support/temporary_folder.h>
 
 #include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -21,30 +22,25 @@ std::FILE* FakeOpen(const char* path, const char* mode) {
     return std::fopen(redirected.c_str(), mode);
 }
 
-class Performance : public testing::Test {
- protected:
-    Performance() { redirected = (folder_ / "report.txt").string(); }
-    ~Performance() override { ::RegDeleteTreeW(settings_.Get(), nullptr); }
-    void Enable(DWORD size) {
-        settings_.Set(L"Scan Enable", DWORD{1});
-        settings_.Set(L"Scan Size", size);
+struct Performance : testing::Test {
+    void Enable(DWORD size) const {
+        settings.Set(L"Scan Enable", DWORD{1});
+        settings.Set(L"Scan Size", size);
     }
     /// What was written since the last call.
-    std::string TakeReport() {
-        const std::string report(
-            std::istreambuf_iterator<char>(std::ifstream(redirected, std::ios::binary).rdbuf()),
-            {});
-        std::filesystem::remove(redirected);
-        return report;
+    std::string TakeReport() const {
+        std::stringstream report;
+        report << std::ifstream(file, std::ios::binary).rdbuf();
+        std::filesystem::remove(file);
+        return report.str();
     }
 
-    kitbag::test::RawKey settings_{"Debug\\Performance"};
-
- private:
-    kitbag::test::TemporaryFolder folder_;
-    ImportPatch open_{"fopen", FakeOpen}, ticks_{"GetTickCount", FakeTicks},
-        frequency_{"QueryPerformanceFrequency", FakeFrequency},
-        counter_{"QueryPerformanceCounter", FakeCounter};
+    kitbag::test::RawKey settings{"Debug\\Performance"};
+    kitbag::test::TemporaryFolder folder;
+    std::string file = redirected = (folder / "report.txt").string();
+    ImportPatch open{"fopen", FakeOpen}, ticks{"GetTickCount", FakeTicks},
+        resolution{"QueryPerformanceFrequency", FakeFrequency},
+        counter{"QueryPerformanceCounter", FakeCounter};
 };
 
 TEST_F(Performance, ReportsByDepthWithEitherClock) {
@@ -53,10 +49,10 @@ TEST_F(Performance, ReportsByDepthWithEitherClock) {
         std::string resolution, first, second, third;
     } clocks[] = {{10000000, "100 nanosecs (10Mhz, 10000000hz)", "     2", "1234567", "1234570"},
                   {0, "1000000 nanosecs (0Mhz, 1000hz)", " 25000", "12345678000", "12345703000"}};
+    Enable(6);
     for (const auto& clock : clocks) {
         frequency = clock.frequency;
         now = 1000;
-        Enable(6);
         PerformanceLogger logger("Scan", "");
         TimePerformanceMeasurement pass(logger, "Pass", "", 0, ""), deep(logger, "Deep", "", 2, "");
         UInt32PerformanceMeasurement files(logger, "Files", "", 1, "<%I64x>");
@@ -96,25 +92,22 @@ TEST_F(Performance, WritesNothingUnlessItIsOnAndHasABuffer) {
         logger.StopAndProduceReport();
         return TakeReport();
     };
-    EXPECT_EQ(240000u, settings_.NumberOf(L"Scan Size"));
+    EXPECT_EQ(240000u, settings.NumberOf(L"Scan Size"));
     EXPECT_EQ("", report());
-    const std::pair<DWORD, const char*> counts[] = {{0, "= 0, recorded = 0, attempted = 5"},
-                                                    {1, "= 1, recorded = 0, attempted = 5"},
-                                                    {2, "= 2, recorded = 1, attempted = 5"},
-                                                    {3, "= 3, recorded = 2, attempted = 5"},
-                                                    {6, "= 6, recorded = 5, attempted = 5"}};
-    for (const auto& [size, line] : counts) {
-        Enable(size);
-        EXPECT_THAT(report(), testing::HasSubstr(line));
+    for (const auto& [size, recorded] : {std::pair{0, 0}, {1, 0}, {2, 1}, {3, 2}, {6, 5}}) {
+        Enable(static_cast<DWORD>(size));
+        TWinString<char> counts;
+        counts.Format("= %d, recorded = %d, attempted = 5", size, recorded);
+        EXPECT_THAT(report(), testing::HasSubstr(counts));
     }
-    Enable(0x0fffffff);
-    EXPECT_EQ("", report());
-    Enable(0xffffffff);
-    EXPECT_EQ("", report());
+    for (const DWORD huge : {0x0fffffffu, 0xffffffffu}) {
+        Enable(huge);
+        EXPECT_EQ("", report());
+    }
     Enable(5);
-    const std::string path = std::exchange(redirected, "no such folder/report.txt");
+    redirected = "no such folder/report.txt";
     EXPECT_EQ("", report());
-    redirected = path;
+    redirected = file;
     logger.StopAndProduceReport();  // uses up the next start
     logger.Start();
     EXPECT_NE("", report());

@@ -1,7 +1,7 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <kitbag/runtime/threads.h>
+#include <kitbag/runtime/time_delay_action.h>
 #include <tests/support/import_patch.h>
-#include <tests/support/leak_check.h>
 
 #include <string>
 #include <utility>
@@ -44,39 +44,52 @@ TEST(Threads, AnswerAnEventThenATimeOutAndEndWhenStopped) {
     EXPECT_EQ("setx", TakeNotes());
 }
 
-HANDLE WINAPI RefuseEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const char*) { return nullptr; }
-HANDLE WINAPI RefuseThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD,
-                           DWORD*) {
+template <class... Arguments>
+HANDLE WINAPI Refuse(Arguments...) {
     return nullptr;
 }
 
-TEST(Threads, EndAtOnceWhenStoppedAndStartAgainWithTheSameEvent) {
-    const auto startAndStopTwice = [] {
-        Recorder thread;
-        for (const char* restarted : {"sx", "sex"}) {
-            thread.Start(THREAD_PRIORITY_NORMAL, INFINITE);
-            ::SetEvent(gate);
-            thread.Stop();
-            EXPECT_TRUE(thread.IsFinished());
-            // The second thread may find the event set by the first Stop.
-            EXPECT_THAT(TakeNotes(), testing::AnyOf("sx", restarted));
-        }
-    };
-    kitbag::test::ExpectNoHandleLeak(startAndStopTwice);
-    const ImportPatch patch("CreateEventA", RefuseEvent);
-    startAndStopTwice();
+void StartAndStop() {
+    Recorder thread;
+    thread.Start(THREAD_PRIORITY_NORMAL, INFINITE);
+    ::SetEvent(gate);
+    EXPECT_FALSE(thread.WaitForFinish(20));
+    thread.Stop();
+    EXPECT_EQ("sx", TakeNotes());
+}
+
+TEST(Threads, AnswerNothingWhenStoppedWhetherTheyHaveAnEventOrNot) {
+    StartAndStop();
+    const ImportPatch noEvent("CreateEventA", Refuse<void*, BOOL, BOOL, const char*>);
+    StartAndStop();
 }
 
 TEST(Threads, RunBothHooksWhenStoppedBeforeTheyBegan) {
-    const ImportPatch noThread("CreateThread", RefuseThread), noEvent("CreateEventA", RefuseEvent);
+    const ImportPatch noThread("CreateThread", Refuse<void*, SIZE_T, void*, void*, DWORD, DWORD*>);
     Recorder thread;
     EXPECT_TRUE(thread.Start(THREAD_PRIORITY_NORMAL, 0));
-    Recorder copy = thread;
+    Recorder copy(thread);
+    EXPECT_TRUE(copy.IsActive());
     thread.Stop();
-    EXPECT_FALSE(!copy.IsActive() || thread.IsActive() || thread.IsFinished());
+    EXPECT_FALSE(thread.IsActive() || thread.IsFinished());
     ::SetEvent(gate);
     SimpleThread::ThreadProc(&thread);
     EXPECT_EQ("sx", TakeNotes());
+}
+
+DWORD now = 0;
+DWORD WINAPI FakeTicks() { return now; }
+
+TEST(TimeDelayAction, ActsOnceMoreThanTheDelayHasPassed) {
+    const ImportPatch patch("GetTickCount", FakeTicks);
+    TimeDelayAction action;
+    const auto actsAt = [&](DWORD tick, DWORD delay) { return now = tick, action.DoAction(delay); };
+    EXPECT_FALSE(actsAt(1000, 1000));
+    EXPECT_TRUE(actsAt(1001, 1000));
+    EXPECT_TRUE(actsAt(0xffffff00, 0));
+    EXPECT_FALSE(actsAt(0x100, 0x200));
+    EXPECT_TRUE(actsAt(0x100, 0x1ff));
+    EXPECT_EQ(3u, action.GetCount());
 }
 
 }  // namespace
