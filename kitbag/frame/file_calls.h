@@ -1,8 +1,10 @@
 // The file system's functions in both text forms under one name each.
 #pragma once
 
+#include <kitbag/frame/text_form.h>
 #include <windows.h>
 
+#include <string>
 #include <type_traits>
 
 namespace kitbag {
@@ -49,20 +51,14 @@ inline BOOL FindNext(HANDLE search, FindData<wchar_t>* found) {
 inline DWORD CurrentFolder(DWORD size, char* path) { return ::GetCurrentDirectoryA(size, path); }
 inline DWORD CurrentFolder(DWORD size, wchar_t* path) { return ::GetCurrentDirectoryW(size, path); }
 
-/// The file that a module was loaded from; a null module is the process's executable.
-inline DWORD ModuleFile(HMODULE module, char* path, DWORD size) {
-    return ::GetModuleFileNameA(module, path, size);
-}
-inline DWORD ModuleFile(HMODULE module, wchar_t* path, DWORD size) {
-    return ::GetModuleFileNameW(module, path, size);
-}
-
-/// A text of a module's string table.
-inline int LoadText(HMODULE module, UINT id, char* text, int size) {
-    return ::LoadStringA(module, id, text, size);
-}
-inline int LoadText(HMODULE module, UINT id, wchar_t* text, int size) {
-    return ::LoadStringW(module, id, text, size);
+/// The file that a module was loaded from, of a null module that of the process; empty where the
+/// system cannot tell, or where the path was cut off.
+template <class Ch>
+std::basic_string<Ch> ModuleFile(HMODULE module) {
+    Ch path[MAX_PATH];
+    const DWORD length =
+        PickForm<Ch>(::GetModuleFileNameA, ::GetModuleFileNameW)(module, path, MAX_PATH);
+    return length < MAX_PATH ? std::basic_string<Ch>(path, length) : std::basic_string<Ch>();
 }
 
 }  // namespace kitbag

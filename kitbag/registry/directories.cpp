@@ -5,6 +5,7 @@
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/module_base.h>
 #include <kitbag/frame/resource_ids.h>
+#include <kitbag/frame/string_table.h>
 #include <kitbag/frame/text_form.h>
 #include <kitbag/registry/directories.h>
 #include <kitbag/registry/tree.h>
@@ -16,8 +17,6 @@
 namespace kitbag {
 
 namespace {
-
-constexpr int kPromptSize = 1040;
 
 template <class Ch>
 constexpr auto& kSection = KITBAG_TEXT(Ch, "Directories");
@@ -93,10 +92,7 @@ bool FindRemembered(const Ch* kind, StringOf<Ch>& directory, bool create) {
 /// tell.
 template <class Ch>
 std::basic_string<Ch> FolderOf(HMODULE module) {
-    Ch path[MAX_PATH];
-    const DWORD length = ModuleFile(module, path, MAX_PATH);
-    if (length >= MAX_PATH) return {};
-    const std::basic_string<Ch> file(path, length);
+    const auto file = ModuleFile<Ch>(module);
     return file.substr(0, file.rfind('\\') + 1);
 }
 
@@ -156,9 +152,8 @@ template <class Ch>
 bool FindCreateOrAsk(const Directory<Ch>& known, StringOf<Ch>& directory) {
     if (FindExisting(known.kind, directory, known.createsDefault)) return true;
     if (known.createsDefault) return CreateBesideLibrary(known.kind, directory);
-    Ch prompt[kPromptSize] = {};
-    LoadText(ModuleBase(), known.prompt, prompt, kPromptSize);
-    return AskUser(known.kind, directory, prompt);
+    const auto prompt = LoadText<Ch>(ModuleBase(), known.prompt);
+    return AskUser(known.kind, directory, prompt.c_str());
 }
 
 template <class Ch>

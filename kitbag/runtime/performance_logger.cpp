@@ -66,7 +66,11 @@ void PerformanceLogger::Start() {
 void PerformanceLogger::StopAndProduceReport() {
     if (--startCount_ != 0 || !isActive_) return;
     isActive_ = false;
-    WriteReport();
+    // The period ends whatever the measurements' own reports do.
+    kitbag::Guarded([this] {
+        WriteReport();
+        return true;
+    });
     buffer_.reset();
     capacity_ = 0;
     recorded_ = 0;
@@ -79,8 +83,8 @@ void PerformanceLogger::AddRecord(unsigned long measurementIndex, unsigned long 
 }
 
 // Apart from AddRecord, which saves no registers for it while the logger is off.
-void PerformanceLogger::StoreRecord(unsigned long measurementIndex, unsigned long long value,
-                                    bool newLine) {
+[[gnu::noinline]] void PerformanceLogger::StoreRecord(unsigned long measurementIndex,
+                                                      unsigned long long value, bool newLine) {
     const unsigned long position = recorded_;
     if (position + 1 < capacity_) recorded_ = position + 1;
     ++attempted_;

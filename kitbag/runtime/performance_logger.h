@@ -43,6 +43,7 @@ struct PerformanceLoggerRecord {
     std::uint64_t value;
 };
 
+/// Gathers the samples of its measurements between Start and StopAndProduceReport.
 class KITBAG_API PerformanceLogger : public PerformanceTimer {
  public:
     /// The name is the report's title and the prefix of the settings; the second text is kept and
@@ -67,8 +68,7 @@ class KITBAG_API PerformanceLogger : public PerformanceTimer {
     void AddMeasurement(PerformanceMeasurement* measurement);
 
  private:
-    [[gnu::noinline]] void StoreRecord(unsigned long measurementIndex, unsigned long long value,
-                                       bool newLine);
+    void StoreRecord(unsigned long measurementIndex, unsigned long long value, bool newLine);
     void WriteReport() const;
     void WriteSamples(std::FILE* file, std::optional<int> depth) const;
 

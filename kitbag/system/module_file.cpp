@@ -1,5 +1,8 @@
+#include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/owned.h>
 #include <kitbag/system/module_file.h>
+
+#include <cstddef>
 
 namespace kitbag {
 
@@ -30,13 +33,6 @@ bool SeekBehindSignature(const FileHandle& file) {
 
 }  // namespace
 
-std::string ModuleFileName(HMODULE module) {
-    char path[MAX_PATH];
-    const DWORD length = ::GetModuleFileNameA(module, path, MAX_PATH);
-    // A path that fills the buffer was cut off.
-    return length < MAX_PATH ? std::string(path, length) : std::string();
-}
-
 std::optional<DWORD> LinkTime(const char* file) {
     const FileHandle module(::CreateFileA(file, GENERIC_READ, FILE_SHARE_READ, nullptr,
                                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -55,7 +51,7 @@ std::optional<FILETIME> LinkFileTime(const char* file) {
 }
 
 std::optional<FILETIME> LinkFileTime(HMODULE module) {
-    return LinkFileTime(ModuleFileName(module).c_str());
+    return LinkFileTime(ModuleFile<char>(module).c_str());
 }
 
 }  // namespace kitbag

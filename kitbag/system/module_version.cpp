@@ -1,3 +1,4 @@
+#include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/owned.h>
 #include <kitbag/frame/text_conversion.h>
@@ -95,7 +96,7 @@ bool IsLoaderError(HMODULE module) {
 
 bool GetMemModuleVersion(HMODULE module, DWORD* major, DWORD* minor, DWORD* build) {
     return !IsLoaderError(module) &&
-           GetModuleVersion(ModuleFileName(module).c_str(), major, minor, build);
+           GetModuleVersion(ModuleFile<char>(module).c_str(), major, minor, build);
 }
 
 std::string ComputerName() {
@@ -124,7 +125,7 @@ bool FillModuleInfo(ModuleInfo* record, HMODULE module, const char* moduleName,
         ::IsBadReadPtr(secondBlock, sizeof record->secondBlock))
         return false;
 
-    const std::string file = ModuleFileName(module);
+    const std::string file = ModuleFile<char>(module);
     CModuleVersion version(file.c_str());
     const bool hasVersion = version.Read();
     Bstr name = NewBstr(moduleName);

@@ -2,6 +2,7 @@
 #include <kitbag/frame/owned.h>
 #include <kitbag/frame/registry_calls.h>
 #include <kitbag/frame/resource_ids.h>
+#include <kitbag/frame/string_table.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/registry/values.h>
 #include <kitbag/values/scalar_values.h>
@@ -75,12 +76,6 @@ void Write(const char* section, const char* name, const Bytes& datum) {
 
 unsigned char* DataOf(const Bytes& bytes) {
     return bytes.empty() ? nullptr : const_cast<unsigned char*>(bytes.data());
-}
-
-TWinString<char> LoadText(UINT id) {
-    char text[1040];
-    return std::string(
-        text, static_cast<std::size_t>(::LoadStringA(ModuleBase(), id, text, std::size(text))));
 }
 
 /// The default value of a key where that is a text; empty otherwise.
@@ -191,7 +186,7 @@ TWinString<char> BooleanValue::SaveStringDataOnly() const {
     const UINT whenTrue = type_ == 1   ? KITBAG_STRING_ON
                           : type_ == 2 ? KITBAG_STRING_YES
                                        : KITBAG_STRING_TRUE;
-    return kitbag::LoadText(GetValue() ? whenTrue : whenTrue + 1);
+    return kitbag::LoadText<char>(kitbag::ModuleBase(), GetValue() ? whenTrue : whenTrue + 1);
 }
 
 long Int32Value::GetValue() const { return Initialised(); }
