@@ -2,7 +2,7 @@
 #include <kitbag/frame/owned.h>
 #include <kitbag/frame/registry_calls.h>
 #include <kitbag/frame/text_form.h>
-#include <kitbag/system/module_file.h>
+#include <kitbag/system/link_time.h>
 #include <kitbag/system/module_tracking.h>
 
 #include <optional>

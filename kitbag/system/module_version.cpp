@@ -4,7 +4,6 @@
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/frame/text_form.h>
 #include <kitbag/frame/win_string.h>
-#include <kitbag/system/module_file.h>
 #include <kitbag/system/module_version.h>
 #include <oleauto.h>
 

@@ -1,6 +1,6 @@
 #include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/owned.h>
-#include <kitbag/system/module_file.h>
+#include <kitbag/system/link_time.h>
 
 #include <cstddef>
 
