@@ -101,7 +101,7 @@ TEST_F(Containers, KeepThousandsOfRows) {
     many.SaveRegistry("S");
     EXPECT_EQ(1999u, NumberIn("S\\Tree\\000007cf", "Minutes"));
     loaded.LoadRegistry("S");
-    EXPECT_EQ(many.Minutes(), loaded.Minutes());
+    EXPECT_EQ(many.SaveStringDataOnly(), loaded.SaveStringDataOnly());
 }
 
 /// Elements with gaps and odd names, and more of them where none belong.
@@ -160,7 +160,7 @@ void ExpectLoad(const Texts& expected, Container&& container, Reader read) {
 
 TEST_F(Containers, LoadWhatIsWholeInADamagedTreeAndSaveItWithoutDamage) {
     Vandal vandal;
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 120; ++round) {
         SCOPED_TRACE(round);
         ::RegDeleteTreeA(RawKey().Get(), "S");
         Plant(vandal, "S\\Tree", vandal.Below(12));

@@ -15,13 +15,12 @@ namespace kitbag::test {
 /// The bytes of a stored value in its 8-bit form; of one type only, if any is given.
 inline std::optional<std::string> BytesIn(const std::string& section, const std::string& name,
                                           DWORD wanted = REG_NONE) {
-    char data[200];
+    BYTE data[200];
     DWORD type = REG_NONE, size = sizeof data;
-    if (::RegQueryValueExA(RawKey(section).Get(), name.c_str(), nullptr, &type,
-                           reinterpret_cast<BYTE*>(data), &size) != ERROR_SUCCESS)
-        return {};
-    if (wanted != REG_NONE && wanted != type) return {};
-    return std::string(data, size);
+    const LONG error =
+        ::RegQueryValueExA(RawKey(section).Get(), name.c_str(), nullptr, &type, data, &size);
+    if (error || (wanted != REG_NONE && wanted != type)) return {};
+    return std::string(data, data + size);
 }
 
 inline std::optional<DWORD> NumberIn(const std::string& section, const std::string& name) {
