@@ -110,19 +110,12 @@ TEST(Values, TakeWhatIsStoredWholeAndElseTheirDefaults) {
             value.SaveRegistry("T");
             EXPECT_TRUE(read("T", "N") == value.GetValue());
         };
-        const auto numberAs = [](auto sample) {
-            return [](const char* section, const char* name) -> std::optional<decltype(sample)> {
-                if (const auto number = NumberIn(section, name)) return *number;
-                return {};
-            };
-        };
-        const auto truthIn = numberAs(true);
         const auto text = TextIn("S", "N");
         const bool isText = text.has_value(), isNumber = NumberIn("S", "N").has_value();
-        expect(BooleanValue(), true, truthIn, isNumber);
+        expect(BooleanValue(), true, NumberIn<bool>, isNumber);
         EXPECT_GE(1u, NumberIn("T", "N"));
-        expect(UInt32Enum(), 5ul, numberAs(5ul), isNumber);
-        expect(Int32Value(), -5l, numberAs(-5l));
+        expect(UInt32Enum(), 5ul, NumberIn<DWORD>, isNumber);
+        expect(Int32Value(), -5l, NumberIn<long>);
         expect(IdentValue(), "default", TextIn, isText);
 
         // Its attributes stay where nothing is stored, as the bytes of an array do.
@@ -132,8 +125,8 @@ TEST(Values, TakeWhatIsStoredWholeAndElseTheirDefaults) {
         expect(file, "default", TextIn, isText);
         for (const char* section : {"S", "T"}) {
             EXPECT_EQ(TextIn(section, "N/filter").value_or("*"), file.GetFilterString());
-            EXPECT_EQ(truthIn(section, "N/Is directory").value_or(true), file.IsDirectory());
-            EXPECT_EQ(truthIn(section, "N/Must exist").value_or(false), file.MustExist());
+            EXPECT_EQ(NumberIn<bool>(section, "N/Is directory").value_or(true), file.IsDirectory());
+            EXPECT_EQ(NumberIn<bool>(section, "N/Must exist").value_or(false), file.MustExist());
         }
         ByteArrayValue bytes("S", "N", true);
         *bytes.SetValueSize(1) = 'k';

@@ -23,12 +23,13 @@ inline std::optional<std::string> BytesIn(const std::string& section, const std:
     return std::string(data, data + size);
 }
 
-inline std::optional<DWORD> NumberIn(const std::string& section, const std::string& name) {
+template <class Number = DWORD>
+std::optional<Number> NumberIn(const std::string& section, const std::string& name) {
     const auto bytes = BytesIn(section, name, REG_DWORD);
     DWORD number = 0;
     if (!bytes || bytes->size() != sizeof number) return {};
     std::memcpy(&number, bytes->data(), sizeof number);
-    return number;
+    return static_cast<Number>(number);
 }
 
 /// The last character counts as the terminator, whatever it is.
