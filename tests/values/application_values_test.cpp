@@ -17,7 +17,7 @@ TEST(ApplicationValues, TakePathsApart) {
     const char* const cases[][2] = {{"C:\\Video\\clip.avi", "clip.avi|clip|C:\\Video|.avi"},
                                     {"C:\\a.b\\clip", "clip|clip|C:\\a.b|.b\\clip"},
                                     {"\\pc/x.AVI", "x.AVI|x|\\pc|.AVI"},
-                                    {"C:/x", "x|x|C:|"},
+                                    {"C:/x.y.z", "x.y.z|x.y|C:|.z"},
                                     {"", "|||"}};
     for (const auto& [path, parts] : cases) {
         FilenameValue value{Text(path)};
