@@ -4,52 +4,57 @@
 #include <kitbag/kitbag.h>
 #include <shlobj.h>
 #include <tests/support/import_patch.h>
-#include <tests/values/clean_settings.h>
+#include <tests/support/private_registry.h>
+
+#include <algorithm>
 
 namespace {
 
 using kitbag::test::RawKey;
 using Text = TWinString<char>;
 
-class ApplicationValues : public kitbag::test::CleanSettings {};
-
-TEST_F(ApplicationValues, TakePathsApart) {
+TEST(ApplicationValues, TakePathsApart) {
     const char* const cases[][2] = {{"C:\\Video\\clip.avi", "clip.avi|clip|C:\\Video|.avi"},
                                     {"C:\\a.b\\clip", "clip|clip|C:\\a.b|.b\\clip"},
-                                    {"C:/x", "x|x|C:|"},
+                                    {"\\pc/x.AVI", "x.AVI|x|\\pc|.AVI"},
+                                    {"C:/x.y.z", "x.y.z|x.y|C:|.z"},
                                     {"", "|||"}};
     for (const auto& [path, parts] : cases) {
-        const FilenameValue value{Text(path)};
+        FilenameValue value{Text(path)};
         EXPECT_EQ(parts, value.GetFilename() + '|' + value.GetFilenameNoExtension() + '|' +
                              value.GetDirectory() + '|' + value.GetExtension());
-        EXPECT_EQ(Text(path).size() > 4, value.IsExplicitDirectory());
+        EXPECT_EQ(value.GetDirectory().size() > 2, value.IsExplicitDirectory());
+        EXPECT_EQ(value.GetExtension() == ".avi", value.IsAVI());
+        value.SetIsDirectory(true);
+        EXPECT_EQ(path, value.GetDirectory());
     }
 }
 
-TEST_F(ApplicationValues, KeepTheExternalPrograms) {
+TEST(ApplicationValues, KeepTheExternalPrograms) {
     ExternalProgramValueTable programs("Tools");
     programs.SetValueName("Programs");
     ExternalProgramValueTableEntry editor;
     editor.Executable = "C:\\edit.exe";
     for (int i = 0; i < 2; ++i) programs.AddEntry(new ExternalProgramValueTableEntry(editor));
     programs.Save();
-    const RawKey row("Tools\\Programs\\00000001");
-    EXPECT_EQ(L"C:\\edit.exe", row.TextOf(L"Executable"));
-    for (const wchar_t* text : {L"Display Name", L"Description", L"Arguments"})
-        EXPECT_EQ(L"", row.TextOf(text));
-    EXPECT_EQ(2u, row.NumberOf(L"User Experience Level"));
-    EXPECT_TRUE(row.NumberOf(L"Run in background") && !row.NumberOf(L"Wait for program to finish"));
-    EXPECT_EQ(1u, row.NumberOf(L"Notify user when program has finished"));
+    EXPECT_EQ(L"C:\\edit.exe", RawKey("Tools\\Programs\\00000001").TextOf(L"Executable"));
     // The constructor loads under the empty name: rows directly in the section.
-    EXPECT_EQ(2, ExternalProgramValueTable("Tools\\Programs").size());
+    const ExternalProgramValueTable loaded("Tools\\Programs");
+    EXPECT_EQ(
+        "={Display Name='',Description='',Executable='C:\\edit.exe',Arguments='',User "
+        "Experience Level=2,Run in background=True,Wait for program to finish=False,"
+        "Notify user when program has finished=True}",
+        loaded[1]->ToString());
     EXPECT_TRUE(ExternalProgramValueTable("Tools").IsEmpty());
+    // The second cast gives null for every value, as that to the other table does.
+    EXPECT_TRUE(KB_GetAsValueTable(&loaded) && !KB_GetAsExternalProgramValueTable(&loaded));
 }
 
 BOOL WINAPI FakeFolder(HWND, LPSTR path, int id, BOOL) {
     return lstrcpyA(path, id == CSIDL_MYMUSIC ? "C:\\M" : "C:\\P") != nullptr;
 }
 
-TEST_F(ApplicationValues, KeepTheMediaLocations) {
+TEST(ApplicationValues, KeepTheMediaLocations) {
     using Table = MediaLocationValueTable;
     const kitbag::test::ImportPatch patch("SHGetSpecialFolderPathA", FakeFolder);
     const char* const kinds[][2] = {
@@ -62,6 +67,7 @@ TEST_F(ApplicationValues, KeepTheMediaLocations) {
         Text found = table[0]->GetValue("Directory")->SaveStringDataOnly();
         if (table.size() > 1) found += '|' + table[1]->GetValue("Directory")->SaveStringDataOnly();
         EXPECT_EQ(folders, found);
+        EXPECT_TRUE(KB_GetAsValueTable(&table) && !KB_GetAsMediaLocationValueTable(&table));
         table.Save();
         EXPECT_TRUE(RawKey::Exists(Text("Media Locations\\") + key + " Directories"));
     }
@@ -75,17 +81,23 @@ TEST_F(ApplicationValues, KeepTheMediaLocations) {
     }
 }
 
-TEST_F(ApplicationValues, AreShownFromTheirLevelOn) {
-    // The process reads the level once, so that one of them is seen here.
-    RawKey("Screen").Set(L"User experience level", 7u);
-    EXPECT_EQ(3, KB_GetUserInterfaceLevel());
+/// The process reads the level once, so that each is seen in a test of its own.
+class Levels : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Users, Levels, testing::Values(-2, 2, 7));
+
+TEST_P(Levels, ShowValuesFromTheirOwnOn) {
+    RawKey("Screen").Set(L"User experience level", static_cast<DWORD>(GetParam()));
+    const int user = KB_GetUserInterfaceLevel();
+    EXPECT_EQ(std::clamp(GetParam(), 0, 3), user);
     BooleanValue value;
     for (const int level : {1, 2, 3}) {
         value.SetMinimumUserInterfaceLevel(static_cast<Value::ValueAction>(level));
-        EXPECT_EQ(level == 3, KB_UILevelShowValue(&value));
+        EXPECT_EQ(user <= level, KB_UILevelShowValue(&value));
+        // By the detail that is shown, not by the number.
+        EXPECT_EQ(std::max(user, level), KB_LowestInterfaceLevel(level, user));
     }
     value.SetValueAction(Value::HiddenAction);
-    EXPECT_FALSE(KB_UILevelShowValue(&value) || KB_UILevelShowValue(nullptr));
+    EXPECT_EQ(user == 0, KB_UILevelShowValue(&value));
 }
 
 }  // namespace

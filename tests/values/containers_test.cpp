@@ -2,17 +2,17 @@
 
 #include <gmock/gmock.h>
 #include <kitbag/kitbag.h>
-#include <tests/values/clean_settings.h>
+#include <tests/values/vandal.h>
 
-#include <memory>
+#include <set>
 #include <stdexcept>
-#include <vector>
 
 /// A row as an application has them; its class name is stored, so it is in no namespace.
 struct Recording : ValueTableEntry {
     explicit Recording(unsigned long minutes = 0) {
         ++alive;
-        Recording::DeclareValues();
+        ValueTableEntry::DeclareValue(Channel, "Channel", true);
+        ValueTableEntry::DeclareValue(Minutes, "Minutes", false);
         Minutes.SetValue(minutes);
         Minutes.SetDefaultValue(30);
     }
@@ -21,10 +21,6 @@ struct Recording : ValueTableEntry {
     Recording& operator=(const Recording&) = default;
     using ValueTableEntry::operator=;
     Value* Copy() const override { return new Recording(*this); }
-    void DeclareValues() override {
-        DeclareValue(Channel, "Channel", true);
-        DeclareValue(Minutes, "Minutes", false);
-    }
     TStringValue Channel;
     UInt32Value Minutes;
     static inline int alive = 0;
@@ -32,7 +28,7 @@ struct Recording : ValueTableEntry {
 
 struct Recordings : ValueTable {
     Recordings(std::initializer_list<unsigned long> minutes = {}) {
-        ValueTable::SetValueName("Recs");
+        ValueTable::SetValueName("Tree");
         for (const auto m : minutes) ValueTable::AddEntry(new Recording(m));
     }
     using ValueTable::operator=;
@@ -43,15 +39,16 @@ struct Recordings : ValueTable {
     bool UsesUniqueIdents() const override { return unique; }
     unsigned long DeclareVersion() const override { return 3; }
     Recording& Row(int index) { return dynamic_cast<Recording&>(*at(index)); }
-    std::vector<unsigned long> Minutes() {
-        std::vector<unsigned long> minutes;
-        for (int i = 0; i < size(); ++i) minutes.push_back(Row(i).Minutes.GetValue());
-        return minutes;
+    std::string Minutes() {
+        std::string all;
+        for (int i = 0; i < size(); ++i) all += Row(i).Minutes.SaveStringDataOnly() + ' ';
+        return all;
     }
     bool unique = false;
 };
 
 struct Notes : ValueList {
+    Notes() { ValueList::SetValueName("Tree"); }
     using ValueList::operator=;
     Value* Copy() const override { return new Notes(*this); }
     Value* EntryFactory(const TWinString<char>& name) const override {
@@ -61,14 +58,10 @@ struct Notes : ValueList {
 
 namespace {
 
-using kitbag::test::RawKey;
-using testing::ElementsAre;
+using namespace kitbag::test;
 
-class Containers : public kitbag::test::CleanSettings {
-    void TearDown() override {
-        CleanSettings::TearDown();
-        EXPECT_EQ(0, Recording::alive);
-    }
+class Containers : public testing::Test {
+    void TearDown() override { EXPECT_EQ(0, Recording::alive); }
 };
 
 TEST_F(Containers, CollectMembersThatTheyDoNotOwn) {
@@ -102,76 +95,110 @@ TEST_F(Containers, PassLevelsOnAndAskTheirChildren) {
     EXPECT_TRUE(table.RebootNeeded() && row.Minutes.GetValue() == 1);
 }
 
-TEST_F(Containers, KeepATableAsARegistryTree) {
-    Recordings{0, 1, 2}.SaveRegistry("S");
-    Recordings table{0, 1}, loaded, unique;
-    table.Row(1).Channel = "it's |=\"\xe9";
-    table.SaveRegistry("S");
-    EXPECT_EQ(3u, RawKey("S\\Recs").NumberOf(L"Table Version"));
-    EXPECT_FALSE(RawKey::Exists("S\\Recs\\00000002"));
-    const RawKey row("S\\Recs\\00000001");
-    EXPECT_EQ(L"class Recording", row.TextOf(L"ValueTableEntry Class"));
-    EXPECT_EQ(L"it's |=\"\u00e9", row.TextOf(L"Channel"));
-    EXPECT_EQ(1u, row.NumberOf(L"Minutes"));
-
-    // Loading appends; a table with unique identifiers takes a row once.
-    unique.unique = true;
-    for (Recordings* each : {&loaded, &loaded, &unique, &unique}) each->LoadRegistry("S");
-    EXPECT_THAT(loaded.Minutes(), ElementsAre(0, 1, 0, 1));
-    EXPECT_EQ(table.SaveStringDataOnly(), unique.SaveStringDataOnly());
-    Recordings().SaveRegistry("S");
-    EXPECT_TRUE(KB_GetKeyCountA("S\\Recs") == 0 && KB_GetValueCountA("S\\Recs") == 1);
-}
-
-TEST_F(Containers, LoadWhatADamagedTreeStillHolds) {
+TEST_F(Containers, KeepThousandsOfRows) {
     Recordings many, loaded;
     for (unsigned long i = 0; i < 2000; ++i) many.AddEntry(new Recording(i));
     many.SaveRegistry("S");
-    RawKey("S\\Recs\\00000000").Set(L"ValueTableEntry Class", L"class Unknown");
-    RawKey("S\\Recs\\00000001").Set(L"ValueTableEntry Class", 1u);
-    RawKey("S\\Recs\\00000002").Set(L"Minutes", L"two");
-    RawKey("S\\Recs\\unnumbered").Set(L"ValueTableEntry Class", L"class Recording");
+    EXPECT_EQ(1999u, NumberIn("S\\Tree\\000007cf", "Minutes"));
     loaded.LoadRegistry("S");
-    EXPECT_EQ(1999, loaded.size());
-    EXPECT_TRUE(loaded.Minutes()[0] == 30 && loaded.Minutes()[1997] == 1999);
+    EXPECT_EQ(many.SaveStringDataOnly(), loaded.SaveStringDataOnly());
 }
 
-TEST_F(Containers, KeepAListAsARegistryTree) {
-    Notes notes;
-    for (const char* name : {"A", "B"}) {
-        EXPECT_TRUE(notes.InsertEntry(0, *new Int32Value));
-        notes[0]->SetValueName(name);
-    }
-    notes.SaveRegistry("S\\Notes");
-    const RawKey first("S\\Notes\\00000000"), second("S\\Notes\\00000001");
-    EXPECT_EQ(L"class Int32Value", first.TextOf(L"Value Class"));
-    EXPECT_TRUE(first.TextOf(L"Value Name") == L"B" && first.NumberOf(L"B") == 0);
-    // What can be created replaces what was there; where nothing can, everything stays.
-    second.Set(L"Value Class", L"class Unknown");
-    for (int i = 0; i < 2; ++i) {
-        notes.LoadRegistry("S\\Notes");
-        EXPECT_EQ("[B=0]", notes.SaveStringDataOnly());
-        first.Set(L"Value Class", L"class Unknown");
+/// Elements with gaps and odd names, and more of them where none belong.
+void Plant(Vandal& vandal, const std::string& tree, DWORD elements) {
+    vandal.Store(RawKey(tree), L"Table Version", {L"3"});
+    while (elements-- > 0) {
+        const char* const names[] = {"00000000", "00000001", "0000000A", "10000000",
+                                     "1",        "Channel",  " \xe9/?",  "FFFFFFFF0"};
+        const std::string element = tree + '\\' + names[vandal.Below(std::size(names))];
+        const RawKey key(element);
+        vandal.Store(key, L"Value Class", {L"class Int32Value", L"Int32Value"});
+        vandal.Store(key, L"ValueTableEntry Class", {L"class Recording", L"class recording"});
+        vandal.Store(key, L"Value Name", {L"Channel", L"Minutes", L"none"});
+        for (const wchar_t* name : {L"Channel", L"Minutes", L"", L"Extra"})
+            vandal.Store(key, name, {L"One", L"it's |=\"\u00e9"});
+        if (vandal.Below(3) == 0) Plant(vandal, element, elements / 2);
     }
 }
 
-TEST_F(Containers, MoveFindAndRemoveRows) {
-    const int moves[][5] = {{2, -5, 2, 0, 1}, {0, 1, 1, 0, 2}, {0, 9, 1, 2, 0}, {7, 7, 0, 1, 2}};
-    for (const auto& [from, to, a, b, c] : moves) {
+/// The texts of the elements of a tree, each as read gives it.
+using Texts = std::vector<std::string>;
+using Reader = void (*)(const std::string& element, Texts& texts);
+Texts Find(const std::string& tree, Reader read, Texts texts = {}) {
+    char name[100];
+    for (DWORD i = 0; !::RegEnumKeyA(RawKey(tree).Get(), i, name, sizeof name); ++i)
+        read(tree + '\\' + name, texts);
+    return texts;
+}
+
+void ReadNumber(const std::string& element, Texts& texts) {
+    if (TextIn(element, "Value Class") != "class Int32Value") return;
+    const std::string name = TextIn(element, "Value Name").value_or("");
+    // A value without a name reads nothing.
+    const auto number = name.empty() ? std::nullopt : NumberIn(element, name);
+    texts.push_back(name + '=' + std::to_string(static_cast<int>(number.value_or(0))));
+}
+
+void ReadRow(const std::string& element, Texts& texts) {
+    if (TextIn(element, "ValueTableEntry Class") != "class Recording") return;
+    texts.push_back("={Channel='" + TextIn(element, "Channel").value_or("") +
+                    "',Minutes=" + std::to_string(NumberIn(element, "Minutes").value_or(30)) + '}');
+}
+
+/// What the container has loaded; once saved, anybody finds the same and nothing else.
+template <class Container>
+void ExpectLoad(const Texts& expected, Container&& container, Reader read) {
+    std::string all;
+    for (const auto& text : expected) all += (all.empty() ? "[" : ",\n") + text;
+    container.LoadRegistry("S");
+    EXPECT_EQ(all + ']', container.SaveStringDataOnly());
+    container.SaveRegistry("Saved");
+    EXPECT_EQ(expected, Find("Saved\\Tree", read));
+    EXPECT_EQ(container.size(), KB_GetKeyCountA("Saved\\Tree"));
+    EXPECT_EQ(container.DeclareVersion(), NumberIn("Saved\\Tree", "Table Version"));
+}
+
+TEST_F(Containers, LoadWhatIsWholeInADamagedTreeAndSaveItWithoutDamage) {
+    Vandal vandal;
+    for (int round = 0; round < 120; ++round) {
+        SCOPED_TRACE(round);
+        ::RegDeleteTreeA(RawKey().Get(), "S");
+        Plant(vandal, "S\\Tree", vandal.Below(12));
+
+        // A list replaces what it holds, but not by nothing.
+        Notes notes;
+        notes.AddEntry(new Int32Value);
+        const Texts numbers = Find("S\\Tree", ReadNumber);
+        ExpectLoad(numbers.empty() ? Texts{"=0"} : numbers, notes, ReadNumber);
+
+        // A table appends; one with unique identifiers takes each of them once.
+        Texts rows = Find("S\\Tree", ReadRow, {"={Channel='',Minutes=1}"});
+        ExpectLoad(rows, Recordings{1}, ReadRow);
+        std::set<std::string> idents;
+        std::erase_if(rows, [&](const std::string& row) {
+            return !idents.insert(row.substr(0, row.rfind(','))).second;
+        });
+        Recordings unique{1};
+        unique.unique = true;
+        ExpectLoad(rows, unique, ReadRow);
+    }
+}
+
+TEST_F(Containers, MoveFindSortAndRemoveRows) {
+    struct {
+        int from, to;
+        const char* minutes;
+    } const moves[] = {{2, -5, "2 0 1 "}, {0, 1, "1 0 2 "}, {0, 9, "1 2 0 "}, {7, 7, "0 1 2 "}};
+    for (const auto& move : moves) {
         Recordings moved{0, 1, 2};
-        moved.MoveEntry(from, to);
-        EXPECT_THAT(moved.Minutes(), ElementsAre(a, b, c)) << from << " to " << to;
+        moved.MoveEntry(move.from, move.to);
+        EXPECT_EQ(move.minutes, moved.Minutes());
     }
-    Recordings table{0, 1, 2};
-    try {
-        table.MoveEntryRelative(3, -1);
-        FAIL();
-    } catch (const std::out_of_range& error) {
-        EXPECT_STREQ("invalid vector<T> subscript", error.what());
-    }
+    Recordings table{0, 1, 2}, copy{7};
+    EXPECT_THAT([&] { table.MoveEntryRelative(3, -1); },
+                testing::ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
     table.Row(2).Channel = "Two";
-    EXPECT_EQ("Channel='Two'", table[2]->GetIdent().GetValue());
-    IdentValue two = table[2]->GetIdent(), nobody("nobody");
+    IdentValue two("Channel='Two'"), nobody("nobody");
     table.MoveEntryRelative(two, -1);
     EXPECT_TRUE(table.FindEntryIndex(two) == 1 && table.FindEntryIndex(nobody) == -1);
     EXPECT_EQ(table[1], table.FindEntry("Minutes", table.Row(1).Minutes));
@@ -179,13 +206,13 @@ TEST_F(Containers, MoveFindAndRemoveRows) {
     table.RemoveEntry(nobody);
     // Past the end: lengthened to three slots, of which one goes.
     table.RemoveEntry(2);
-    EXPECT_EQ(2, table.size());
-    table.AddEntry(new Recording(10));
-    table.AddEntry(new ValueTableEntry);
-    table.AddEntry(new Recording(9));
+    for (const unsigned long minutes : {10u, 9u}) table.AddEntry(new Recording(minutes));
+    // A row without the member goes to the end.
+    table.InsertEntry(2, *new ValueTableEntry);
     table.Sort("Minutes");
     table.RemoveEntry(4);
-    EXPECT_THAT(table.Minutes(), ElementsAre(0, 1, 9, 10));
+    copy = table;
+    EXPECT_EQ("0 1 9 10 ", copy.Minutes());
 }
 
 }  // namespace

@@ -5,33 +5,36 @@
 
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
 
 namespace {
 
-/// A pointer to a virtual operation holds the operation's offset in the class's table plus one. A
-/// number stands for so many operations of one name.
-template <class... Item>
-void ExpectSlots(int slot, Item... items) {
-    const auto expect = [&slot](auto item) {
-        if constexpr (std::is_integral_v<decltype(item)>) {
-            slot += item;
-        } else {
-            std::intptr_t raw = 0;
-            std::memcpy(&raw, &item, sizeof raw);
-            EXPECT_EQ(slot++ * int{sizeof(void*)} + 1, raw);
-        }
+/// A pointer to a virtual operation holds the operation's offset in the class's table plus one.
+template <class... Operation>
+void ExpectSlots(int slot, Operation... operations) {
+    const auto expect = [&slot](auto operation) {
+        std::intptr_t raw = 0;
+        std::memcpy(&raw, &operation, sizeof raw);
+        EXPECT_EQ(slot++ * int{sizeof(void*)} + 1, raw);
     };
-    (expect(items), ...);
+    (expect(operations), ...);
+}
+
+/// Picks one of the operations of a name.
+template <class Signature, class Class>
+auto Of(Signature Class::*operation) {
+    return operation;
 }
 
 template <class... Visited>
 void ExpectVisits() {
-    ExpectSlots(0, static_cast<void (CValueVisitor::*)(const Visited&)>(&CValueVisitor::Visit)...);
+    ExpectSlots(0, Of<void(const Visited&)>(&CValueVisitor::Visit)...);
 }
 
 /// Behind Value's own operations. A destructor takes two slots.
 constexpr int kFirst = 18 + 2 + 28;
+
+using Text = TWinString<char>;
+using Section = const Text&;
 
 TEST(SlotOrder, StaysAsItIs) {
     ExpectVisits<ExternalProgramValueTableEntry, ExternalProgramValueTable,
@@ -41,26 +44,51 @@ TEST(SlotOrder, StaysAsItIs) {
     using V = Value;
     ExpectSlots(20, &V::Copy, &V::operator=, &V::GetValueName, &V::SetValueName, &V::Compare,
                 &V::IsCollection, &V::IsTable, &V::IsTableEntry, &V::ToString, &V::SaveString,
-                &V::SaveStringDataOnly, &V::SetRegistrySection, 2, &V::ExistsRegistry, 2, 2,
-                &V::SaveFixar, &V::LoadFixar, &V::Accept, &V::SetValueActions,
-                &V::SetMinimumUserInterfaceLevel, &V::RebootNeeded, &V::RestartNeeded);
-    ExpectSlots(kFirst + 2, &BooleanValue::GetValue, &BooleanValue::SetValue,
-                &BooleanValue::SetDefaultValue);
+                &V::SaveStringDataOnly, &V::SetRegistrySection,
+                Of<void(bool)>(&V::SetAutoRegistrySource),
+                Of<void(Section, Section, bool)>(&V::SetAutoRegistrySource), &V::ExistsRegistry,
+                Of<void() const>(&V::SaveRegistry), Of<void(Section) const>(&V::SaveRegistry),
+                Of<void()>(&V::LoadRegistry), Of<void(Section)>(&V::LoadRegistry), &V::SaveFixar,
+                &V::LoadFixar, &V::Accept, &V::SetValueActions, &V::SetMinimumUserInterfaceLevel,
+                &V::RebootNeeded, &V::RestartNeeded);
+    using B = BooleanValue;
+    ExpectSlots(kFirst, Of<bool(bool) const>(&B::operator==),
+                Of<bool(const B&) const>(&B::operator==), &B::GetValue, &B::SetValue,
+                &B::SetDefaultValue);
+    using S = TStringValue;
+    ExpectSlots(kFirst, &S::GetValue, &S::SetValue, Of<S&(Section)>(&S::operator=),
+                Of<S&(const S&)>(&S::operator=), &S::operator Text,
+                Of<bool(Section) const>(&S::operator==), Of<bool(const S&) const>(&S::operator==),
+                &S::SetDefaultValue);
     using F = FilenameValue;
-    ExpectSlots(kFirst, &F::GetValue, &F::SetValue, 2, &F::operator TWinString<char>, 2,
-                &F::SetDefaultValue, 1, &F::GetFilename, &F::GetFilenameNoExtension,
-                &F::GetDirectory, &F::GetExtension, &F::GetFileSize);
+    ExpectSlots(kFirst + 8, Of<F&(const F&)>(&F::operator=), &F::GetFilename,
+                &F::GetFilenameNoExtension, &F::GetDirectory, &F::GetExtension, &F::GetFileSize);
     using E = UInt32Enum;
-    ExpectSlots(kFirst + 4, &E::size, &E::InitialiseElements, &E::AddElement, &E::Lookup);
+    ExpectSlots(kFirst + 3, Of<E&(const E&)>(&E::operator=), &E::size, &E::InitialiseElements,
+                &E::AddElement, &E::Lookup);
     using C = ValueCollection;
-    ExpectSlots(kFirst + 1, &C::operator==, &C::DeclareValues, 2, &C::GetValue);
+    using R = ValueTableEntry;
+    ExpectSlots(kFirst, Of<C&(const C&)>(&C::operator=), &C::operator==, &C::DeclareValues,
+                Of<void(V&, Section)>(&C::DeclareValue), Of<void(V&)>(&C::DeclareValue),
+                &C::GetValue, Of<R&(const R&)>(&R::operator=),
+                Of<void(V&, Section, bool)>(&R::DeclareValue),
+                Of<void(IdentValue&) const>(&R::GetIdent), Of<IdentValue() const>(&R::GetIdent));
+    using Exists = bool(Section, unsigned long&) const;
     using L = ValueList;
-    ExpectSlots(kFirst + 1, &L::EntryFactory, &L::IsEmpty, 2, &L::InsertEntry, &L::RemoveEntry,
-                &L::RemoveAllEntries, &L::MoveEntry, &L::MoveEntryRelative, 1, &L::DeclareVersion);
+    ExpectSlots(kFirst, Of<L&(const L&)>(&L::operator=), &L::EntryFactory, &L::IsEmpty,
+                Of<bool(V*)>(&L::AddEntry), Of<bool(V&)>(&L::AddEntry), &L::InsertEntry,
+                &L::RemoveEntry, &L::RemoveAllEntries, &L::MoveEntry, &L::MoveEntryRelative,
+                Of<Exists>(&L::ExistsRegistry), &L::DeclareVersion);
     using T = ValueTable;
-    ExpectSlots(kFirst + 1, &T::EntryFactory, &T::IsEmpty, 2, &T::InsertEntry, 2,
-                &T::RemoveAllEntries, &T::MoveEntry, 2, 2, &T::FindEntryIndex, &T::Sort,
-                &T::UsesUniqueIdents, 1, 1, &T::DeclareVersion);
+    ExpectSlots(
+        kFirst, Of<T&(const T&)>(&T::operator=), &T::EntryFactory, &T::IsEmpty,
+        Of<bool(R*)>(&T::AddEntry), Of<bool(R&)>(&T::AddEntry), &T::InsertEntry,
+        Of<void(IdentValue&)>(&T::RemoveEntry), Of<void(int)>(&T::RemoveEntry),
+        &T::RemoveAllEntries, &T::MoveEntry, Of<void(IdentValue&, int)>(&T::MoveEntryRelative),
+        Of<void(int, int)>(&T::MoveEntryRelative), Of<R*(Section, const V&) const>(&T::FindEntry),
+        Of<R*(const IdentValue&) const>(&T::FindEntry), &T::FindEntryIndex, &T::Sort,
+        &T::UsesUniqueIdents, Of<Exists>(&T::ExistsRegistry),
+        Of<void(Section, Section)>(&T::LoadRegistry), &T::DeclareVersion);
 }
 
 }  // namespace

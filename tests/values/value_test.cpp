@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
-#include <tests/values/clean_settings.h>
+#include <tests/values/vandal.h>
 
 #include <algorithm>
 #include <memory>
@@ -8,11 +8,10 @@
 
 namespace {
 
-using kitbag::test::RawKey;
+using namespace kitbag::test;
+using Text = TWinString<char>;
 
-class Values : public kitbag::test::CleanSettings {};
-
-TEST_F(Values, LoseTheirPlaceWhenCopiedAndKeepItWhenAssigned) {
+TEST(Values, LoseTheirPlaceWhenCopiedAndKeepItWhenAssigned) {
     UInt32Value source("S", "Source", true), target("S", "Target", true);
     source.SetValue(7);
     source.SetDefaultValue(3);
@@ -20,14 +19,13 @@ TEST_F(Values, LoseTheirPlaceWhenCopiedAndKeepItWhenAssigned) {
     const std::unique_ptr<Value> copied(source.Copy());
     auto& copy = dynamic_cast<UInt32Value&>(*copied);
     EXPECT_TRUE(copy.SaveString() == "Source=7" && copy.GetDefaultValue() == 3);
-    EXPECT_FALSE(copy.RebootNeeded());
     copy.SetValue(8);
     target = source;
     EXPECT_EQ("Target=7", target.SaveString());
     EXPECT_TRUE(target.RebootNeeded() && target.GetMinimumUserInterfaceLevel() == 2);
+    EXPECT_FALSE(source.RebootNeeded() || copy.RebootNeeded());
     target.SetValue(9);
-    const RawKey key("S");
-    EXPECT_TRUE(key.NumberOf(L"Source") == 7 && key.NumberOf(L"Target") == 9);
+    EXPECT_TRUE(NumberIn("S", "Source") == 7u && NumberIn("S", "Target") == 9u);
 }
 
 /// Each cast knows its own class alone.
@@ -41,101 +39,114 @@ void ExpectExactCasts(T* (*... casts)(const Value*)) {
     (expect(T(), casts), ...);
 }
 
-TEST_F(Values, AreCastToTheirExactClass) {
+TEST(Values, AreCastToTheirExactClass) {
     ExpectExactCasts(KB_GetAsValueTableEntry, KB_GetAsValueCollection, KB_GetAsBooleanValue,
                      KB_GetAsByteArrayValue, KB_GetAsGuidValue, KB_GetAsInt32Value,
                      KB_GetAsUInt32Value, KB_GetAsUInt32Enum, KB_GetAsTStringValue,
-                     KB_GetAsFilenameValue, KB_GetAsIdentValue);
-    const ExternalProgramValueTable programs("S");
-    const MediaLocationValueTable folders(MediaLocationValueTable::VideoRead);
-    EXPECT_TRUE(KB_GetAsValueTable(&programs) && KB_GetAsValueTable(&folders));
-    // These two give null for every value.
-    EXPECT_FALSE(KB_GetAsExternalProgramValueTable(&programs));
-    EXPECT_FALSE(KB_GetAsMediaLocationValueTable(&folders));
+                     KB_GetAsFilenameValue, KB_GetAsIdentValue,
+                     KB_GetAsExternalProgramValueTableEntry, KB_GetAsMediaLocationValueTableEntry);
 }
 
-const GUID kGuid = {0x01234567, 0x89ab, 0xcdef, {1, 2, 3, 4, 5, 6, 7, 0xfe}};
-constexpr char kGuidText[] = "{01234567-89AB-CDEF-0102-0304050607FE}";
-
-TEST_F(Values, WriteEveryChangeOfASourcedValueAndRenderIt) {
-    BooleanValue flag("S", "Flag", true);
-    Int32Value number("S", "Number", true);
-    GuidValue guid("S", "Guid", true);
-    ByteArrayValue bytes("S", "Bytes", true);
-    TStringValue text("S", "Text", true);
-    EXPECT_FALSE(RawKey::Exists("S"));
-    flag.SetValue(true);
-    number.SetValue(-5);
-    guid.SetValue(kGuid);
-    std::ranges::copy("\1\0\xff", bytes.SetValueSize(4));
-    bytes.SetValue();
-    text = "it's \"50%\" |=\xe9";
-
-    const RawKey key("S");
-    EXPECT_TRUE(key.NumberOf(L"Flag") == 1 && key.NumberOf(L"Number") == 0xFFFFFFFB);
-    EXPECT_EQ(std::wstring(kGuidText, kGuidText + 38), key.TextOf(L"Guid"));
-    EXPECT_EQ(std::string("\1\0\xff\0", 4), key.BytesOf(L"Bytes"));
-    EXPECT_EQ(L"it's \"50%\" |=\u00e9", key.TextOf(L"Text"));
-
-    EXPECT_EQ("Number=-5", number.SaveString());
-    EXPECT_EQ("\7\7\7\7", bytes.SaveStringDataOnly());
-    EXPECT_EQ("Text='it's \"50%\" |=\xe9'Flag=True", text.SaveString() + flag.SaveString());
+template <class V, class Datum>
+V Named(const char* name, Datum datum) {
+    V value;
+    value.SetValueName(name);
+    value.SetValue(datum);
+    return value;
 }
 
-TEST_F(Values, AreReadOnFirstUseOrOnEveryUse) {
+TEST(Values, CompareAsNumbersOrAsTextsWithTheirNames) {
+    using T = TStringValue;
+    EXPECT_EQ(-1, Named<Int32Value>("B", -1).Compare(Named<Int32Value>("A", 1)));
+    EXPECT_EQ(1, Named<UInt32Value>("A", 0xFFFFFFFFu).Compare(Named<UInt32Value>("B", 1u)));
+    EXPECT_EQ(1, Named<UInt32Enum>("N", 10u).Compare(Named<UInt32Enum>("N", 9u)));
+    EXPECT_GT(0, Named<T>("A", "z").Compare(Named<T>("b", "a")));
+    EXPECT_EQ(0, Named<T>("N", "a").Compare(Named<T>("n", "A")));
+    // Of two classes, with regard to case.
+    EXPECT_GT(0, Named<T>("N", "B").Compare(Named<IdentValue>("N", "a")));
+    EXPECT_GT(0, Named<Int32Value>("N", 10).Compare(Named<UInt32Value>("N", 9u)));
+}
+
+TEST(Values, NameTheirNumbers) {
+    UInt32Enum quality;
+    for (const char* name : {"Low", "Also low", "High"}) quality.AddElement(*name == 'H', name);
+    EXPECT_EQ("Low=0High", quality.ToString() + quality.SaveString() + quality.Lookup(1));
+    EXPECT_TRUE(quality[2] == 1 && quality[3] == 0 && quality[-1] == 0);
+}
+
+TEST(Values, AreReadOnFirstUseOrOnEveryUse) {
     const RawKey key("S");
     key.Set(L"N", 7u);
-    UInt32Value once("S", "N", true), always("S", "N", false);
+    UInt32Value once("S", "N", true), always("S", "N", false), missing("S", "M", true);
     EXPECT_TRUE(once.IsEmpty() && once.GetValue() == 7 && always.GetValue() == 7);
     key.Set(L"N", 8u);
     EXPECT_TRUE(once.GetValue() == 7 && always.GetValue() == 8);
     // What was just set is what is written, not what was read back.
     always.SetValue(9);
     EXPECT_EQ(9u, key.NumberOf(L"N"));
+    // An unsigned number alone writes its default, and only where nothing is stored.
+    BooleanValue("S", "B", true).SetDefaultValue(true, true);
+    for (const unsigned long value : {5u, 6u}) missing.SetDefaultValue(value, true);
+    EXPECT_TRUE(key.NumberOf(L"M") == 5 && !key.Has(L"B"));
 }
 
-TEST_F(Values, TakeTheirDefaultsFromADamagedRegistry) {
+TEST(Values, TakeWhatIsStoredWholeAndElseTheirDefaults) {
+    constexpr GUID guid = {0x01234567, 0x89ab, 0xcdef, {1, 2, 3, 4, 5, 6, 7, 0xfe}};
+    const std::string guidText = "{01234567-89AB-CDEF-0102-0304050607FE}";
+    Vandal vandal;
     const RawKey key("S");
-    for (const DWORD type : {0u, 1u, 3u, 4u}) {
-        // Missing at first, then of a wrong type or size each.
-        if (type != REG_NONE) key.Set(L"Number", type, "abc", 3);
-        if (type != REG_NONE) key.Set(L"Text", type == REG_SZ ? REG_BINARY : type, "abcd", 4);
-        BooleanValue flag("S", "Number", true);
-        GuidValue guid("S", "Text", true);
-        TStringValue text("S", "Text", true);
-        flag.SetDefaultValue(true, true);
-        guid.SetDefaultValue(kGuid, true);
-        text.SetDefaultValue("t", true);
-        EXPECT_EQ(type != REG_NONE, key.Has(L"Number"));
-        EXPECT_TRUE(flag && guid.GetValue() == kGuid && text == "t");
-        EXPECT_FALSE(flag.ExistsRegistry() || guid.ExistsRegistry() || text.ExistsRegistry());
+    for (int round = 0; round < 500; ++round) {
+        SCOPED_TRACE(round);
+        for (const wchar_t* name : {L"N", L"N/filter", L"N/Is directory", L"N/Must exist"})
+            vandal.Store(key, name, {{guidText.begin(), guidText.end()}, L"it's \u00e9", L"{}"});
+        // What it loads, and what it writes elsewhere.
+        const auto expect = [](auto&& value, auto byDefault, auto read, bool exists = false) {
+            const auto stored = read("S", "N");
+            value.SetValueName("N");
+            value.SetDefaultValue(byDefault);
+            value.LoadRegistry("S");
+            EXPECT_TRUE(value.GetValue() == stored.value_or(byDefault));
+            EXPECT_TRUE(value.HasDefaultValue() == !stored && value.ExistsRegistry() == exists);
+            value.SaveRegistry("T");
+            EXPECT_TRUE(read("T", "N") == value.GetValue());
+        };
+        const auto text = TextIn("S", "N");
+        const bool isText = text.has_value(), isNumber = NumberIn("S", "N").has_value();
+        expect(BooleanValue(), true, NumberIn<bool>, isNumber);
+        EXPECT_GE(1u, NumberIn("T", "N"));
+        expect(UInt32Enum(), 5ul, NumberIn<DWORD>, isNumber);
+        expect(Int32Value(), -5l, NumberIn<long>);
+        expect(IdentValue(), "default", TextIn, isText);
+
+        // Its attributes stay where nothing is stored, as the bytes of an array do.
+        FilenameValue file;
+        file.SetFilterString("*");
+        file.SetIsDirectory(true);
+        expect(file, "default", TextIn, isText);
+        for (const char* section : {"S", "T"}) {
+            EXPECT_EQ(TextIn(section, "N/filter").value_or("*"), file.GetFilterString());
+            EXPECT_EQ(NumberIn<bool>(section, "N/Is directory").value_or(true), file.IsDirectory());
+            EXPECT_EQ(NumberIn<bool>(section, "N/Must exist").value_or(false), file.MustExist());
+        }
+        ByteArrayValue bytes("S", "N", true);
+        *bytes.SetValueSize(1) = 'k';
+        const std::string expected = BytesIn("S", "N").value_or("k");
+        EXPECT_EQ(std::string(expected.size(), '\7'), bytes.SaveStringDataOnly());
+        EXPECT_FALSE(bytes.ExistsRegistry() || bytes.HasDefaultValue());
+        bytes.SaveRegistry("T");
+        EXPECT_EQ(expected, BytesIn("T", "N", REG_BINARY));
+
+        // The default is taken first, so that it shows wherever the text is no GUID.
+        GuidValue identity;
+        identity.SetValueName("N");
+        identity.SetDefaultValue(IID_IUnknown);
+        identity.LoadRegistry("S");
+        EXPECT_TRUE(identity.GetValue() == (text == guidText ? guid : IID_IUnknown));
+        EXPECT_TRUE(identity.HasDefaultValue() && identity.ExistsRegistry() == isText);
+        identity.SaveRegistry("T");
+        EXPECT_EQ(identity.SaveStringDataOnly(), TextIn("T", "N"));
+        EXPECT_EQ(text == guidText, TextIn("T", "N") == guidText);
     }
-    key.Set(L"Text", L"{00000000-0000-0000-c000-000000000046}");
-    GuidValue guid("S", "Text", false);
-    guid.SetDefaultValue(kGuid);
-    EXPECT_TRUE(guid.GetValue() == IID_IUnknown && guid.HasDefaultValue());
-    key.Set(L"Text", L"{no GUID}");
-    EXPECT_TRUE(guid.GetValue() == kGuid && guid.ExistsRegistry());
-}
-
-TEST_F(Values, WriteADefaultOnlyWhereAnUnsignedNumberIsMissing) {
-    UInt32Value count("S", "N", true);
-    for (const unsigned long value : {7u, 8u}) count.SetDefaultValue(value, true);
-    EXPECT_EQ(7u, RawKey("S").NumberOf(L"N"));
-    EXPECT_TRUE(count.ExistsRegistry() && !Int32Value("S", "N", true).ExistsRegistry());
-}
-
-TEST_F(Values, KeepBytesWhereNothingIsStored) {
-    ByteArrayValue bytes("S", "B", true);
-    std::ranges::copy("abc", bytes.SetValueSize(4));
-    bytes.LoadRegistry();
-    unsigned long size = 0;
-    EXPECT_STREQ("abc", reinterpret_cast<const char*>(bytes.GetValue(&size)));
-    EXPECT_TRUE(size == 4 && bytes == ByteArrayValue(bytes) && bytes != ByteArrayValue());
-    RawKey("S").Set(L"B", REG_BINARY, "", 0);
-    EXPECT_FALSE(bytes.ExistsRegistry());
-    bytes.LoadRegistry();
-    EXPECT_TRUE(bytes.GetValue(&size) == nullptr && size == 0);
 }
 
 }  // namespace
