@@ -46,6 +46,12 @@ TEST(ApplicationValues, KeepTheExternalPrograms) {
         "Notify user when program has finished=True}",
         loaded[1]->ToString());
     EXPECT_TRUE(ExternalProgramValueTable("Tools").IsEmpty());
+    Text token = "as it was", first, second;
+    programs.AddReplaceableParam("%f", "file", "the file");
+    EXPECT_FALSE(programs.GetReplaceableParam(1, token, first, second) || token != "as it was");
+    EXPECT_TRUE(programs.GetReplaceableParam(0, token, first, second));
+    EXPECT_EQ("%f file the file", token + ' ' + first + ' ' + second);
+    EXPECT_EQ(0u, ExternalProgramValueTable(programs).GetReplaceableParamCount());
     // The second cast gives null for every value, as that to the other table does.
     EXPECT_TRUE(KB_GetAsValueTable(&loaded) && !KB_GetAsExternalProgramValueTable(&loaded));
 }
@@ -81,6 +87,30 @@ TEST(ApplicationValues, KeepTheMediaLocations) {
     }
 }
 
+TEST(ApplicationValues, TidyMediaFolders) {
+    const char* const folders[][2] = {{"C:\\Films\\", "C:\\Films"},
+                                      {"C:\\Films\\.", "C:\\Films"},
+                                      {"C:\\.", "C:\\"},
+                                      {"C:\\", "C:\\"},
+                                      {"\\\\pc\\films", "\\\\pc\\films"},
+                                      {"Films", "Films"}};
+    for (const auto& [given, tidied] : folders) {
+        const MediaLocationValueTableEntry row(Text(given), true);
+        EXPECT_EQ(tidied, row.Directory.GetValue());
+        EXPECT_EQ(given == Text("Films"), row.AllDrives.GetValue());
+    }
+}
+
+TEST(ApplicationValues, KeepTheirPlaceWhenAssigned) {
+    MediaLocationValueTable video(MediaLocationValueTable::VideoRead);
+    video = MediaLocationValueTable(MediaLocationValueTable::PhotoWrite);
+    video.Save();
+    const char* const tree = "Media Locations\\Video\\Read Directories";
+    EXPECT_EQ(0u, RawKey(tree).NumberOf(L"Media Type"));
+    EXPECT_EQ(L"Photos", RawKey(Text(tree) + "\\00000000").TextOf(L"Directory"));
+    EXPECT_FALSE(RawKey::Exists("Media Locations\\Photo"));
+}
+
 /// The process reads the level once, so that each is seen in a test of its own.
 class Levels : public testing::TestWithParam<int> {};
 INSTANTIATE_TEST_SUITE_P(Users, Levels, testing::Values(-2, 2, 7));
@@ -95,6 +125,7 @@ TEST_P(Levels, ShowValuesFromTheirOwnOn) {
         EXPECT_EQ(user <= level, KB_UILevelShowValue(&value));
         // By the detail that is shown, not by the number.
         EXPECT_EQ(std::max(user, level), KB_LowestInterfaceLevel(level, user));
+        EXPECT_EQ(std::min(user, level), KB_HighestInterfaceLevel(level, user));
     }
     value.SetValueAction(Value::HiddenAction);
     EXPECT_EQ(user == 0, KB_UILevelShowValue(&value));

@@ -67,11 +67,63 @@ TEST(Values, CompareAsNumbersOrAsTextsWithTheirNames) {
     EXPECT_GT(0, Named<Int32Value>("N", 10).Compare(Named<UInt32Value>("N", 9u)));
 }
 
-TEST(Values, NameTheirNumbers) {
+TEST(Values, HaveTextsOfTheirOwn) {
     UInt32Enum quality;
     for (const char* name : {"Low", "Also low", "High"}) quality.AddElement(*name == 'H', name);
     EXPECT_EQ("Low=0High", quality.ToString() + quality.SaveString() + quality.Lookup(1));
     EXPECT_TRUE(quality[2] == 1 && quality[3] == 0 && quality[-1] == 0);
+    Text truths;
+    for (const int style : {0, 1, 2, 5}) {
+        BooleanValue value;
+        value.Type(style);
+        for (const bool truth : {true, false}) {
+            value.SetValue(truth);
+            truths += value.SaveStringDataOnly() + ' ';
+        }
+    }
+    EXPECT_EQ("True False On Off Yes No True False ", truths);
+    EXPECT_EQ("Disk", IdentValue("id='3' name='Disk'").GetStringField("name"));
+    EXPECT_EQ("", IdentValue("id='3' name='Disk").GetStringField("name"));
+}
+
+TEST(Values, AreDescribedByTheirSourceElseByThemselves) {
+    struct : ValueInfoSource {
+        bool GetDisplayName(const Value&, Text& text) override { return text = "Shown", knows; }
+        bool GetDescription(const Value&, Text& text) override { return text = "About", knows; }
+        bool GetHelpFile(const Value&, Text& text) override { return text = "Help", knows; }
+        bool knows = true;
+    } source;
+    ValueCollection value;
+    TStringValue name, displayName;
+    const auto texts = [&] {
+        return value.GetDisplayName() + '|' + value.GetDescription() + '|' + value.GetHelpFile();
+    };
+    EXPECT_EQ(nullptr, value.SetValueInfoSource(&source));
+    EXPECT_EQ("Shown|About|Help", texts());
+    source.knows = false;
+    value.SetDisplayName("Own");
+    EXPECT_EQ("Own||", texts());
+    value.DeclareValue(name, "Name");
+    value.SetDisplayName("By name");
+    value.DeclareValue(displayName, "DisplayName");
+    EXPECT_EQ("By name||", texts()) << "the other member is empty";
+    value.SetDisplayName("By display name");
+    EXPECT_EQ("By display name||By nameOwn", texts() + name.GetValue() + value.GetValueName());
+    EXPECT_EQ(&source, value.SetValueInfoSource(nullptr));
+}
+
+TEST(Values, AreVisitedAsTheirOwnClass) {
+    struct : CValueVisitor {
+        using CValueVisitor::Visit;
+        void Visit(const TStringValue&) override { seen += "text "; }
+        void Visit(const IdentValue&) override { seen += "ident "; }
+        void Visit(const ValueTable&) override { seen += "table "; }
+        std::string seen;
+    } visitor;
+    TStringValue().Accept(visitor);
+    IdentValue().Accept(visitor);
+    ExternalProgramValueTable("S").Accept(visitor);
+    EXPECT_EQ("text ident table ", visitor.seen);
 }
 
 TEST(Values, AreReadOnFirstUseOrOnEveryUse) {
