@@ -10,17 +10,23 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <type_traits>
 
 namespace kitbag::test {
 
 namespace {
 
-/// A getter that answered false must have left its output as it was.
-template <class Value, class Getter>
-void Get(const Value& before, Getter&& getter) {
+/// Calls a getter, whose output comes last; one that answers false must have left it as it was.
+template <class Value, class... Parameters, class... Arguments>
+Value Get(Value before, bool getter(Parameters...), Arguments... arguments) {
     Value value = before;
-    const bool answered = getter(value);
+    bool answered = false;
+    if constexpr (std::is_invocable_v<decltype(getter), Arguments..., Value&>)
+        answered = getter(arguments..., value);
+    else
+        answered = getter(arguments..., &value);
     EXPECT_TRUE(answered || value == before);
+    return value;
 }
 
 template <class Ch>
@@ -32,44 +38,38 @@ void UseValues() {
     KB(SetString)(section, T("Text"), T("a text that takes memory of its own"));
     KB(SetTString)(section, T("Object"), T("another one, which is long enough for that"));
     KB(SetData)(section, T("Data"), 4, "abc");
-    Get(false, [&](bool& value) { return KB(GetBool)(section, T("Bool"), &value); });
-    Get(DWORD{99}, [&](DWORD& value) { return KB(GetDWORD)(section, T("Number"), &value); });
-    Get(99, [&](int& value) { return KB(GetInt)(section, T("Int"), &value); });
-    Get(Text<Ch>(T("before")),
-        [&](Text<Ch>& value) { return KB(GetTString)(section, T("Text"), value); });
-    Ch buffer[64];
-    KB(GetString)(section, T("Text"), buffer, 64);
+    Get(false, KB(GetBool), section, T("Bool"));
+    Get(DWORD{99}, KB(GetDWORD), section, T("Number"));
+    Get(99, KB(GetInt), section, T("Int"));
+    Get(Text<Ch>(T("before")), KB(GetTString), section, T("Text"));
+    Ch buffer[64] = {'='};
+    EXPECT_TRUE(KB(GetString)(section, T("Text"), buffer, 64) || buffer[0] == '=');
     DWORD size = 0;
     KB(GetDataSize)(section, T("Data"), &size);
-    Get(DWORD{99}, [&](DWORD& value) {
-        return KB(GetData)(section, T("Data"), sizeof buffer, buffer, &value);
-    });
+    Get(DWORD{99}, KB(GetData), section, T("Data"), sizeof buffer, buffer);
 
     BSTR before = ::SysAllocString(L"before");
     KB(SetBSTR)(section, T("Bstr"), before);
-    BSTR text = before;
-    if (KB(GetBSTR)(section, T("Bstr"), &text)) ::SysFreeString(text);
+    BSTR text = Get(before, KB(GetBSTR), section, T("Bstr"));
+    if (text != before) ::SysFreeString(text);
     ::SysFreeString(before);
 }
 
 template <class Ch>
 void UseTree() {
-    const Ch* const section = T("Faults");
-    KB(GetKeyCount)(section);
-    KB(GetValueCount)(T("Faults\\Section"));
+    const Ch *const parent = T("Faults"), *const section = T("Faults\\Section");
+    KB(GetKeyCount)(parent);
+    KB(GetValueCount)(section);
     Ch name[64] = {};
-    Get(DWORD{64}, [&](DWORD& length) { return KB(EnumKey)(section, 0, name, &length); });
-    Get(DWORD{64},
-        [&](DWORD& length) { return KB(EnumValue)(T("Faults\\Section"), 0, name, &length); });
-    Get(Text<Ch>(T("before")),
-        [&](Text<Ch>& value) { return KB(EnumKeyTString)(section, 0, value); });
-    Get(Text<Ch>(T("before")),
-        [&](Text<Ch>& value) { return KB(EnumValueTString)(T("Faults\\Section"), 0, value); });
+    Get(DWORD{64}, KB(EnumKey), parent, 0, name);
+    Get(DWORD{64}, KB(EnumValue), section, 0, name);
+    Get(Text<Ch>(T("before")), KB(EnumKeyTString), parent, 0);
+    Get(Text<Ch>(T("before")), KB(EnumValueTString), section, 0);
     Text<Ch> dump;
-    KB(DumpRegistry)(section, dump);
-    KB(DeleteValue)(T("Faults\\Section"), T("Number"));
-    KB(DeleteKey)(section, T("Section"));
-    KB(DeleteSection)(section);
+    KB(DumpRegistry)(parent, dump);
+    KB(DeleteValue)(section, T("Number"));
+    KB(DeleteKey)(parent, T("Section"));
+    KB(DeleteSection)(parent);
 }
 
 template <class Ch>
@@ -82,30 +82,26 @@ void UseFiles(const TextFolder<Ch>& folder) {
     KB(ValidatePath)(name, true, true);
     KB(ValidateComputerName)(T("\\\\computer"));
 
-    Ch target[MAX_PATH], description[MAX_PATH];
-    KB(GetLinkInfo)(folder.In("link.lnk").c_str(), target, description);
+    Ch path[MAX_PATH] = {'='}, description[MAX_PATH];
+    EXPECT_TRUE(KB(LocalToUNC)(T("C:\\file"), path, MAX_PATH) || path[0] == '=');
+    KB(UNCToLocal)(T("\\\\computer\\share\\file"), path, MAX_PATH);
+    KB(GetLinkInfo)(folder.In("link.lnk").c_str(), path, description);
     Ch chosen[MAX_PATH] = {};
     KB(BrowseForFolder)(chosen, T("Choose"));
-    KB(LocalToUNC)(T("C:\\file"), target, MAX_PATH);
-    KB(UNCToLocal)(T("\\\\computer\\share\\file"), target, MAX_PATH);
     KB(SetIErrorInfo)(T("an error"));
-    DWORD version[3];
-    KB(GetModuleVersion)(T("Kitbag.dll"), &version[0], &version[1], &version[2]);
+    DWORD major = 0, minor = 0;
+    Get(DWORD{99}, KB(GetModuleVersion), T("Kitbag.dll"), &major, &minor);
 }
 
 template <class Ch>
 void UseDirectories(const TextFolder<Ch>& folder) {
     KB(SetConfigDirectory)(folder.In("file"));
-    KB(SetSkinDirectory)(folder.In("new"));
-    KB(SetDataDirectory)(folder.In("new"));
     KB(SetDocDirectory)(folder.In(""));
+    for (const auto set : {KB(SetSkinDirectory), KB(SetDataDirectory)}) set(folder.In("new"));
     Text<Ch> directory;
-    for (int call = 0; call < 2; ++call) {
-        KB(GetConfigDirectory)(directory);
-        KB(GetSkinDirectory)(directory);
-        KB(GetDataDirectory)(directory);
-        KB(GetDocDirectory)(directory);
-    }
+    for (const auto get :
+         {KB(GetConfigDirectory), KB(GetSkinDirectory), KB(GetDataDirectory), KB(GetDocDirectory)})
+        get(directory);
 }
 
 template <class Ch>
@@ -119,16 +115,28 @@ void UseBothForms() {
     UseDirectories(folder);
 }
 
+/// While it lives, no other test's process has what all processes share.
+struct Turn {
+    explicit Turn(const char* name) : mutex(::CreateMutexA(nullptr, FALSE, name)) {
+        ::WaitForSingleObject(mutex, INFINITE);
+    }
+    ~Turn() {
+        ::ReleaseMutex(mutex);
+        ::CloseHandle(mutex);
+    }
+    HANDLE mutex;
+};
+
 void UseChecksumsAndClipboard() {
     KB_MemCRC("abc", 3);
     KB_FileCRC("C:\\windows\\win.ini");
     ComPtr<IStream> stream;
     ::CreateStreamOnHGlobal(nullptr, TRUE, &stream);
     KB_IStreamCRC(stream.Get());
-    KB_CopyText(L"text");
-    BSTR text = nullptr;
-    if (KB_PasteText(&text)) ::SysFreeString(text);
     KB_EjectVolume('D');
+    const Turn turn("Kitbag tests: clipboard");
+    KB_CopyText(L"text");
+    ::SysFreeString(Get(BSTR{}, KB_PasteText));
 }
 
 void UseSystem() {
@@ -139,10 +147,10 @@ void UseSystem() {
     KB_GetCPUSpeedCalculated();
     std::free(KB_GetVendorString());
     std::free(KB_GetSystemDescription());
-    DWORD major = 0, minor = 0, stored = 0, current = 0;
-    KB_GetMemModuleVersion(nullptr, &major, &minor, nullptr);
+    DWORD first = 0, second = 0;
+    Get(DWORD{99}, KB_GetMemModuleVersion, HMODULE{}, &first, &second);
     const char* const file = "C:\\windows\\system32\\shell32.dll";
-    KB_GetStoredLinkTime(file, "Faults", &stored, &current, true);
+    KB_GetStoredLinkTime(file, "Faults", &first, &second, true);
     KB_IsNewModule(file, "Faults");
     KB_IsNewerModule(file, "Faults", 1);
     KB_ForceNewModule(file, "Faults");
@@ -151,7 +159,7 @@ void UseSystem() {
     if (version.Read()) version.GetStringValue("CompanyName");
     ModuleInfo info{sizeof info, {}, {}, {}, {}, {}, {}, {}};
     const char blocks[16] = {};
-    if (!KB_FillModuleInfo(&info, nullptr, "Name", blocks, blocks)) return;
+    KB_FillModuleInfo(&info, nullptr, "Name", blocks, blocks);
     for (BSTR name : {info.moduleName, info.computerName, info.filePath}) ::SysFreeString(name);
 }
 
@@ -184,40 +192,51 @@ void UseConfigurationValues() {
     ExternalProgramValueTable(programs).LoadRegistry(section);
     MediaLocationValueTable music(MediaLocationValueTable::AudioRead);
     music.Save();
-    EXPECT_NE(nullptr, KB_GetAsValueTable(&music));
-    KB_UILevelShowValue(&number);
     KB_DeleteSectionA("Faults");
 }
 
-/// Counts its passes; the workload waits for its end by itself, in case that waiting fails.
+void UseCastsAndLevels() {
+    const MediaLocationValueTable music(MediaLocationValueTable::AudioRead);
+    const auto cast = [&](auto... to) { return (... + (to(&music) != nullptr)); };
+    EXPECT_EQ(2,
+              cast(KB_GetAsValueTable, KB_GetAsMediaLocationValueTable, KB_GetAsValueList,
+                   KB_GetAsValueCollection, KB_GetAsBooleanValue, KB_GetAsByteArrayValue,
+                   KB_GetAsGuidValue, KB_GetAsInt32Value, KB_GetAsUInt32Value, KB_GetAsTStringValue,
+                   KB_GetAsUInt32Enum, KB_GetAsFilenameValue, KB_GetAsIdentValue,
+                   KB_GetAsValueTableEntry, KB_GetAsMediaLocationValueTableEntry,
+                   KB_GetAsExternalProgramValueTable, KB_GetAsExternalProgramValueTableEntry));
+    KB_ShowUserInterfaceLevel(KB_GetUserInterfaceLevel());
+    KB_CompareUserInterfaceLevels(KB_LowestInterfaceLevel(1, 2), KB_HighestInterfaceLevel(1, 2));
+    KB_UILevelShowValue(&music);
+}
+
 class Worker : public EventThread {
  public:
-    ~Worker() override = default;
-    void OnThreadStart() override { state = 1; }
-    void OnThreadExit() override { state = 2; }
-    bool OnEvent() override { return true; }
+    bool OnEvent() override { return passed = true; }
     bool OnTimeout() override { return true; }
-    std::atomic<int> state = 0;
+    std::atomic<bool> passed = false;
 };
 
 void UseThreads() {
     Worker worker;
     worker.Start(THREAD_PRIORITY_NORMAL, 1);
-    for (int i = 0; worker.state == 0 && i < 50; ++i) ::Sleep(2);
     worker.TriggerEvent();
+    for (int i = 0; !worker.passed && i < 50; ++i) ::Sleep(2);
     worker.Stop();
-    while (worker.state == 1) ::Sleep(1);
-    // Its last steps on the way out of the thread.
-    if (!worker.IsFinished()) ::Sleep(20);
+    worker.IsFinished();
+    Surroundings::JoinThread();
     TimeDelayAction().DoAction(1);
 }
 
-void UseIdleMonitorAndLogger() {
+void UseIdleMonitor() {
+    const Turn turn("Kitbag idle monitor tests");
     KB_UserIdleMonitorInit();
-    Surroundings::PressAKey();
     KB_GetUserIdleTime();
+    KB_GetLastUserInputTime();
     KB_UserIdleMonitorTerm();
+}
 
+void UseLogger() {
     KB_SetBoolA("Debug\\Performance", "Faults Enable", true);
     KB_SetDWORDA("Debug\\Performance", "Faults Size", 8);
     PerformanceLogger logger("Faults", "");
@@ -238,6 +257,8 @@ void UsePages() {
         *page = nullptr;
         return S_OK;
     };
+    ComPtr<IKivGraphicFactory> graphicFactory;
+    KB_CreateGraphicFactory(&graphicFactory);
     ComPtr<IKivPageFactory> factory;
     if (KB_CreateKivPageFactory(&factory)) {
         factory->AddPage(_bstr_t(L"Main.page"), nullptr);
@@ -269,9 +290,10 @@ void RunWorkload() {
     UseChecksumsAndClipboard();
     UseSystem();
     UseThreads();
+    UseIdleMonitor();
     UsePages();
     // Classes, unlike plain functions, may tell by an exception that memory ran out.
-    for (const auto use : {UseConfigurationValues, UseIdleMonitorAndLogger}) {
+    for (const auto use : {UseConfigurationValues, UseCastsAndLevels, UseLogger}) {
         try {
             use();
         } catch (const std::bad_alloc&) {

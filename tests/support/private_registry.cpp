@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 #include <tests/support/private_registry.h>
 
-#include <cstring>
-
 namespace kitbag::test {
 
 namespace {
@@ -13,32 +11,14 @@ std::wstring PathOf(const std::string& section) {
     return {path.begin(), path.end()};
 }
 
-struct RawValue {
-    DWORD type = REG_NONE;
-    std::string bytes;
-    bool found = false;
-};
-
-RawValue ReadRaw(HKEY key, const wchar_t* name) {
-    RawValue value;
-    DWORD bytes = 0;
-    if (::RegQueryValueExW(key, name, nullptr, &value.type, nullptr, &bytes) != ERROR_SUCCESS)
-        return value;
-    value.bytes.resize(bytes);
-    value.found =
-        ::RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(value.bytes.data()),
-                           &bytes) == ERROR_SUCCESS;
-    return value;
-}
-
 }  // namespace
 
 PrivateRegistry::PrivateRegistry()
     : path_("Software\\Kitbag tests\\" + std::to_string(::GetCurrentProcessId()) + '-' +
             std::to_string(::GetTickCount())) {
-    ::RegCreateKeyExA(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                      &key_, nullptr);
-    if (::RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_) != ERROR_SUCCESS) std::abort();
+    ::RegCreateKeyA(HKEY_CURRENT_USER, path_.c_str(), &key_);
+    // Without a key of its own the test would go on in the real settings.
+    if (!key_ || ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_) != ERROR_SUCCESS) std::abort();
 }
 
 PrivateRegistry::~PrivateRegistry() {
@@ -48,18 +28,13 @@ PrivateRegistry::~PrivateRegistry() {
 }
 
 RawKey::RawKey(const std::string& section) {
-    EXPECT_EQ(ERROR_SUCCESS,
-              ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), 0, nullptr, 0,
-                                KEY_ALL_ACCESS, nullptr, &key_, nullptr));
+    EXPECT_EQ(ERROR_SUCCESS, ::RegCreateKeyW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), &key_));
 }
 
 bool RawKey::Exists(const std::string& section) {
     HKEY key = nullptr;
-    if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), 0, KEY_READ, &key) !=
-        ERROR_SUCCESS)
-        return false;
-    ::RegCloseKey(key);
-    return true;
+    ::RegOpenKeyW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), &key);
+    return key && ::RegCloseKey(key) == ERROR_SUCCESS;
 }
 
 void RawKey::Set(const wchar_t* name, DWORD type, const void* data, DWORD bytes) const {
@@ -73,33 +48,44 @@ void RawKey::Set(const wchar_t* name, const std::wstring& text) const {
     Set(name, REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-bool RawKey::Has(const wchar_t* name) const { return ReadRaw(key_, name).found; }
+LSTATUS RawKey::Query(const wchar_t* name, DWORD* type, void* data, DWORD* bytes) const {
+    return ::RegQueryValueExW(key_, name, nullptr, type, static_cast<BYTE*>(data), bytes);
+}
 
-DWORD RawKey::TypeOf(const wchar_t* name) const { return ReadRaw(key_, name).type; }
+bool RawKey::Has(const wchar_t* name) const {
+    return Query(name, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+}
 
-std::string RawKey::BytesOf(const wchar_t* name) const { return ReadRaw(key_, name).bytes; }
+DWORD RawKey::TypeOf(const wchar_t* name) const {
+    DWORD type = REG_NONE;
+    Query(name, &type, nullptr, nullptr);
+    return type;
+}
+
+std::string RawKey::BytesOf(const wchar_t* name) const {
+    DWORD size = 0;
+    Query(name, nullptr, nullptr, &size);
+    std::string bytes(size, '\0');
+    Query(name, nullptr, bytes.data(), &size);
+    return bytes;
+}
 
 DWORD RawKey::NumberOf(const wchar_t* name) const {
-    const RawValue value = ReadRaw(key_, name);
-    EXPECT_TRUE(value.found);
-    EXPECT_EQ(DWORD{REG_DWORD}, value.type);
-    EXPECT_EQ(sizeof(DWORD), value.bytes.size());
-    DWORD number = 0;
-    std::memcpy(&number, value.bytes.data(), std::min(sizeof number, value.bytes.size()));
+    DWORD number = 0, type = REG_NONE, bytes = sizeof number;
+    EXPECT_EQ(ERROR_SUCCESS, Query(name, &type, &number, &bytes));
+    EXPECT_TRUE(type == REG_DWORD && bytes == sizeof number);
     return number;
 }
 
 std::wstring RawKey::TextOf(const wchar_t* name) const {
-    const RawValue value = ReadRaw(key_, name);
-    EXPECT_TRUE(value.found);
-    EXPECT_EQ(DWORD{REG_SZ}, value.type);
-    std::wstring text(value.bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(wchar_t));
+    EXPECT_EQ(DWORD{REG_SZ}, TypeOf(name));
+    const std::string bytes = BytesOf(name);
+    const auto* text = reinterpret_cast<const wchar_t*>(bytes.data());
     // An empty text is stored as no bytes at all.
-    if (text.empty()) return text;
-    EXPECT_EQ(L'\0', text.back());
-    text.pop_back();
-    return text;
+    if (bytes.empty()) return {};
+    const std::size_t length = bytes.size() / sizeof(wchar_t) - 1;
+    EXPECT_EQ(L'\0', text[length]);
+    return {text, length};
 }
 
 }  // namespace kitbag::test

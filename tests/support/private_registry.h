@@ -17,8 +17,7 @@ class PrivateRegistry {
  public:
     PrivateRegistry();
     ~PrivateRegistry();
-    PrivateRegistry(const PrivateRegistry&) = delete;
-    PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+    PrivateRegistry(PrivateRegistry&&) = delete;
 
  private:
     std::string path_;
@@ -31,8 +30,7 @@ class RawKey {
     /// Creates the key of a settings section; an empty section is the settings root.
     explicit RawKey(const std::string& section = {});
     ~RawKey() { ::RegCloseKey(key_); }
-    RawKey(const RawKey&) = delete;
-    RawKey& operator=(const RawKey&) = delete;
+    RawKey(RawKey&&) = delete;
 
     /// True where the section's key exists already.
     static bool Exists(const std::string& section = {});
@@ -50,6 +48,8 @@ class RawKey {
     std::wstring TextOf(const wchar_t* name) const;
 
  private:
+    LSTATUS Query(const wchar_t* name, DWORD* type, void* data, DWORD* bytes) const;
+
     HKEY key_ = nullptr;
 };
 

@@ -21,8 +21,7 @@ class TemporaryFolder {
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    TemporaryFolder(TemporaryFolder&&) = delete;
 
     const std::filesystem::path& Path() const { return path_; }
     std::filesystem::path operator/(const char* name) const { return path_ / name; }
