@@ -26,6 +26,12 @@ DWORD WINAPI Fail(Words...) {
     throw std::bad_alloc();
 }
 
+/// Waits all the same: what the workload has started must end before it does.
+DWORD WINAPI WaitAndFail(HANDLE object, DWORD timeout) {
+    ::WaitForSingleObject(object, timeout);
+    return Fail();
+}
+
 template <std::size_t... i>
 Function* FailWith(std::index_sequence<i...>) {
     return reinterpret_cast<Function*>(Fail<decltype(i)...>);
@@ -39,11 +45,11 @@ Function* const Stub = FailWith(std::make_index_sequence<bytes / sizeof(DWORD)>(
 /// of memory or into a file that is not there.
 const std::map<std::string, Function*> kStubs = {
     {"_Znaj", reinterpret_cast<Function*>(NoMemory)},
-    {"_ZnajRKSt9nothrow_t", Stub<0>},
     {"_Znwj", reinterpret_cast<Function*>(NoMemory)},
     {"_ZnwjRKSt9nothrow_t", Stub<0>},
     {"_strdup", Stub<0>},
     {"_vsnprintf", Stub<0>},
+    {"WaitForSingleObject", reinterpret_cast<Function*>(WaitAndFail)},
     {"fopen", Stub<0>},
 #include "import_stubs.inc"
 };
@@ -59,27 +65,25 @@ const std::set<std::string> kExempt = {
     "LocalFree", "RegCloseKey", "SysFreeString",
     // They are called while the library is loaded or unloaded, most of them by the compiler's
     // start-up code.
-    "DisableThreadLibraryCalls", "GetModuleHandleW", "HeapDestroy", "VirtualProtect"};
+    "DisableThreadLibraryCalls", "GetModuleHandleW", "HeapDestroy", "VirtualProtect",
+    // Only Windows 9x's network leads to it.
+    "IsBadStringPtrA"};
 
-constexpr DWORD kAllBits = 0xffffffff;
-constexpr DWORD kHresult = 0x80004005;
-
-/// How functions say that they failed, by the beginning of their names. The others answer 0.
-constexpr std::pair<const char*, DWORD> kFailures[] = {
-    {"CLSIDFrom", kHresult},       {"Co", kHresult},
-    {"CreateErrorInfo", kHresult}, {"CreateFile", kAllBits},
-    {"FindFirstFile", kAllBits},   {"GetErrorInfo", kHresult},
-    {"GetFileAttr", kAllBits},     {"GetFileSize", kAllBits},
-    {"IIDFrom", kHresult},         {"IsBad", TRUE},
-    {"LoadRegTypeLib", kHresult},  {"LoadTypeLib", kHresult},
-    {"QueryPathOf", kHresult},     {"RegisterTypeLib", kHresult},
-    {"Reg", ERROR_ACCESS_DENIED},  {"SHGetMalloc", kHresult},
-    {"SetErrorInfo", kHresult},    {"SetFilePointer", kAllBits},
-    {"WaitFor", kAllBits},         {"_vsnprintf", kAllBits}};
+/// How functions say that they failed, by the beginnings of their names. The others answer 0.
+const std::pair<DWORD, std::vector<const char*>> kFailures[] = {
+    {0xffffffff,
+     {"CreateFile", "FindFirstFile", "GetFileAttributes", "GetFileSize", "SetFilePointer",
+      "WaitFor", "_vsnprintf"}},
+    {0x80004005,
+     {"CLSIDFrom", "Co", "CreateErrorInfo", "LoadTypeLib", "QueryPathOfRegTypeLib",
+      "RegisterTypeLib", "SHGetMalloc", "SetErrorInfo"}},
+    {ERROR_ACCESS_DENIED, {"Reg"}},
+    {TRUE, {"IsBad"}}};
 
 DWORD FailureOf(const std::string& name) {
-    for (const auto& [beginning, failure] : kFailures)
-        if (name.starts_with(beginning)) return failure;
+    for (const auto& [failure, beginnings] : kFailures)
+        for (const char* beginning : beginnings)
+            if (name.starts_with(beginning)) return failure;
     return 0;
 }
 
