@@ -32,26 +32,28 @@ DWORD WINAPI WaitAndFail(HANDLE object, DWORD timeout) {
     return Fail();
 }
 
-template <std::size_t... i>
-Function* FailWith(std::index_sequence<i...>) {
-    return reinterpret_cast<Function*>(Fail<decltype(i)...>);
+template <class Any>
+Function* Fake(Any* function) {
+    return reinterpret_cast<Function*>(function);
 }
 
-/// Takes as many bytes of arguments off the stack as the function that it stands for.
-template <unsigned bytes>
-Function* const Stub = FailWith(std::make_index_sequence<bytes / sizeof(DWORD)>());
+/// One that takes so many words of arguments off the stack.
+template <std::size_t... word>
+Function* FakeOf(std::index_sequence<word...>) {
+    return Fake(Fail<decltype(word)...>);
+}
 
-/// What can stand in for an import: all of the system, and of the compiler's runtime what runs out
-/// of memory or into a file that is not there.
-const std::map<std::string, Function*> kStubs = {
-    {"_Znaj", reinterpret_cast<Function*>(NoMemory)},
-    {"_Znwj", reinterpret_cast<Function*>(NoMemory)},
-    {"_ZnwjRKSt9nothrow_t", Stub<0>},
-    {"_strdup", Stub<0>},
-    {"_vsnprintf", Stub<0>},
-    {"WaitForSingleObject", reinterpret_cast<Function*>(WaitAndFail)},
-    {"fopen", Stub<0>},
-#include "import_stubs.inc"
+/// What stands in for each import of the system, and for those of the compiler's runtime that run
+/// out of memory or into a file that is not there.
+const std::map<std::string, Function*> kFakes = {
+    {"_Znaj", Fake(NoMemory)},
+    {"_Znwj", Fake(NoMemory)},
+    {"_strdup", Fake(Fail<>)},
+    {"_ZnwjRKSt9nothrow_t", Fake(Fail<>)},
+    {"fopen", Fake(Fail<>)},
+    {"_vsnprintf", Fake(Fail<>)},
+    {"WaitForSingleObject", Fake(WaitAndFail)},
+#include "import_fakes.inc"
 };
 
 /// System functions that are not made to fail.
@@ -92,12 +94,12 @@ DWORD FailureOf(const std::string& name) {
 std::vector<std::string> ImportsThatCanFail() {
     std::vector<std::string> names = ImportedNames();
     std::erase_if(names, [](const std::string& name) {
-        return !kStubs.contains(name) || kExempt.contains(name);
+        return !kFakes.contains(name) || kExempt.contains(name);
     });
     return names;
 }
 
-FailingImport::FailingImport(const std::string& name) : patch_(name.c_str(), kStubs.at(name)) {
+FailingImport::FailingImport(const std::string& name) : patch_(name.c_str(), kFakes.at(name)) {
     calls = 0;
     answer = FailureOf(name);
 }

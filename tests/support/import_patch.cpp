@@ -37,9 +37,7 @@ std::map<std::string, DWORD_PTR*> ImportsOf(HMODULE module) {
 DWORD_PTR Write(DWORD_PTR* slot, DWORD_PTR value) {
     DWORD protection = 0;
     ::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
-    const DWORD_PTR previous = std::exchange(*slot, value);
-    ::VirtualProtect(slot, sizeof *slot, protection, &protection);
-    return previous;
+    return std::exchange(*slot, value);
 }
 
 }  // namespace

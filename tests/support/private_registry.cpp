@@ -48,44 +48,36 @@ void RawKey::Set(const wchar_t* name, const std::wstring& text) const {
     Set(name, REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-LSTATUS RawKey::Query(const wchar_t* name, DWORD* type, void* data, DWORD* bytes) const {
-    return ::RegQueryValueExW(key_, name, nullptr, type, static_cast<BYTE*>(data), bytes);
-}
-
 bool RawKey::Has(const wchar_t* name) const {
-    return Query(name, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+    return ::RegQueryValueExW(key_, name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
-DWORD RawKey::TypeOf(const wchar_t* name) const {
-    DWORD type = REG_NONE;
-    Query(name, &type, nullptr, nullptr);
-    return type;
-}
-
-std::string RawKey::BytesOf(const wchar_t* name) const {
-    DWORD size = 0;
-    Query(name, nullptr, nullptr, &size);
+std::pair<DWORD, std::string> RawKey::Read(const wchar_t* name) const {
+    DWORD type = REG_NONE, size = 0;
+    ::RegQueryValueExW(key_, name, nullptr, &type, nullptr, &size);
     std::string bytes(size, '\0');
-    Query(name, nullptr, bytes.data(), &size);
-    return bytes;
+    ::RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(bytes.data()), &size);
+    return {type, bytes};
 }
 
 DWORD RawKey::NumberOf(const wchar_t* name) const {
-    DWORD number = 0, type = REG_NONE, bytes = sizeof number;
-    EXPECT_EQ(ERROR_SUCCESS, Query(name, &type, &number, &bytes));
-    EXPECT_TRUE(type == REG_DWORD && bytes == sizeof number);
+    const auto [type, bytes] = Read(name);
+    DWORD number = 0;
+    EXPECT_TRUE(type == REG_DWORD && bytes.size() == sizeof number);
+    bytes.copy(reinterpret_cast<char*>(&number), sizeof number);
     return number;
 }
 
 std::wstring RawKey::TextOf(const wchar_t* name) const {
-    EXPECT_EQ(DWORD{REG_SZ}, TypeOf(name));
-    const std::string bytes = BytesOf(name);
-    const auto* text = reinterpret_cast<const wchar_t*>(bytes.data());
+    const auto [type, bytes] = Read(name);
+    EXPECT_EQ(DWORD{REG_SZ}, type);
+    std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()),
+                      bytes.size() / sizeof(wchar_t));
     // An empty text is stored as no bytes at all.
-    if (bytes.empty()) return {};
-    const std::size_t length = bytes.size() / sizeof(wchar_t) - 1;
-    EXPECT_EQ(L'\0', text[length]);
-    return {text, length};
+    if (text.empty()) return text;
+    EXPECT_EQ(L'\0', text.back());
+    text.pop_back();
+    return text;
 }
 
 }  // namespace kitbag::test

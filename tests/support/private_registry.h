@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 namespace kitbag::test {
 
@@ -41,14 +42,14 @@ class RawKey {
     void Set(const wchar_t* name, DWORD value) const { Set(name, REG_DWORD, &value, sizeof value); }
     void Set(const wchar_t* name, const std::wstring& text) const;
     bool Has(const wchar_t* name) const;
-    DWORD TypeOf(const wchar_t* name) const;
-    std::string BytesOf(const wchar_t* name) const;
+    DWORD TypeOf(const wchar_t* name) const { return Read(name).first; }
+    std::string BytesOf(const wchar_t* name) const { return Read(name).second; }
     DWORD NumberOf(const wchar_t* name) const;
     /// The text without its terminator; the terminator must be there.
     std::wstring TextOf(const wchar_t* name) const;
 
  private:
-    LSTATUS Query(const wchar_t* name, DWORD* type, void* data, DWORD* bytes) const;
+    std::pair<DWORD, std::string> Read(const wchar_t* name) const;
 
     HKEY key_ = nullptr;
 };
