@@ -186,12 +186,13 @@ void UseValueClasses() {
 void UseCastsAndLevels() {
     MediaLocationValueTable music(MediaLocationValueTable::AudioRead);
     music.Save();
-    With (&music)(KB_GetAsBooleanValue, KB_GetAsByteArrayValue, KB_GetAsExternalProgramValueTable,
-                  KB_GetAsExternalProgramValueTableEntry, KB_GetAsFilenameValue, KB_GetAsGuidValue,
-                  KB_GetAsIdentValue, KB_GetAsInt32Value, KB_GetAsMediaLocationValueTable,
-                  KB_GetAsMediaLocationValueTableEntry, KB_GetAsTStringValue, KB_GetAsUInt32Enum,
-                  KB_GetAsUInt32Value, KB_GetAsValueCollection, KB_GetAsValueList,
-                  KB_GetAsValueTable, KB_GetAsValueTableEntry, KB_UILevelShowValue);
+    const Value* const value = &music;
+    With(value)(KB_GetAsBooleanValue, KB_GetAsByteArrayValue, KB_GetAsExternalProgramValueTable,
+                KB_GetAsExternalProgramValueTableEntry, KB_GetAsFilenameValue, KB_GetAsGuidValue,
+                KB_GetAsIdentValue, KB_GetAsInt32Value, KB_GetAsMediaLocationValueTable,
+                KB_GetAsMediaLocationValueTableEntry, KB_GetAsTStringValue, KB_GetAsUInt32Enum,
+                KB_GetAsUInt32Value, KB_GetAsValueCollection, KB_GetAsValueList, KB_GetAsValueTable,
+                KB_GetAsValueTableEntry, KB_UILevelShowValue);
     KB_ShowUserInterfaceLevel(KB_GetUserInterfaceLevel());
     With(1, 2)(KB_CompareUserInterfaceLevels, KB_LowestInterfaceLevel, KB_HighestInterfaceLevel);
 }
