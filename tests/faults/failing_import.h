@@ -3,27 +3,24 @@
 
 #include <tests/support/import_patch.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace kitbag::test {
 
-/// The imports that can fail: the system's functions but those without a failure, and the
-/// compiler's runtime where it runs out of memory or into a file that is not there.
+/// The imports that can fail, new ones of the system included.
 std::vector<std::string> ImportsThatCanFail();
 
-/// While it lives, the import answers with its kind of failure and does nothing.
+/// While it lives, the import answers with its kind of failure and does nothing. One at a time.
 class FailingImport {
  public:
     explicit FailingImport(const std::string& name);
 
     /// How often the library called it.
-    int Calls() const { return calls_; }
+    int Calls() const;
 
  private:
-    std::optional<ImportPatch> patch_;
-    int calls_ = 0;
+    ImportPatch patch_;
 };
 
 }  // namespace kitbag::test

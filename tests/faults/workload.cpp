@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
 #include <oleauto.h>
-#include <tests/faults/surroundings.h>
 #include <tests/faults/workload.h>
 #include <tests/pages/doubles.h>
 #include <tests/support/text_folder.h>
@@ -15,61 +14,62 @@ namespace kitbag::test {
 
 namespace {
 
-/// A getter that answered false must have left its output as it was.
-template <class Value, class Getter>
-void Get(const Value& before, Getter&& getter) {
+/// Calls a getter, whose output comes last; one that answers false must have left it as it was.
+template <class Value, class... Parameters, class... Arguments>
+Value Get(Value before, bool getter(Parameters...), Arguments... arguments) {
     Value value = before;
-    const bool answered = getter(value);
+    bool answered = false;
+    if constexpr (std::is_invocable_v<decltype(getter), Arguments..., Value&>)
+        answered = getter(arguments..., value);
+    else
+        answered = getter(arguments..., &value);
     EXPECT_TRUE(answered || value == before);
+    return value;
+}
+
+/// Takes functions, and calls them one after the other with these arguments.
+template <class... Arguments>
+auto With(Arguments&&... arguments) {
+    return [&](auto... functions) { (functions(arguments...), ...); };
 }
 
 template <class Ch>
-void UseValues() {
-    const Ch* const section = T("Faults\\Section");
-    KB(SetBool)(section, T("Bool"), true);
-    KB(SetDWORD)(section, T("Number"), 7);
-    KB(SetInt)(section, T("Int"), -7);
-    KB(SetString)(section, T("Text"), T("a text that takes memory of its own"));
-    KB(SetTString)(section, T("Object"), T("another one, which is long enough for that"));
-    KB(SetData)(section, T("Data"), 4, "abc");
-    Get(false, [&](bool& value) { return KB(GetBool)(section, T("Bool"), &value); });
-    Get(DWORD{99}, [&](DWORD& value) { return KB(GetDWORD)(section, T("Number"), &value); });
-    Get(99, [&](int& value) { return KB(GetInt)(section, T("Int"), &value); });
-    Get(Text<Ch>(T("before")),
-        [&](Text<Ch>& value) { return KB(GetTString)(section, T("Text"), value); });
-    Ch buffer[64];
-    KB(GetString)(section, T("Text"), buffer, 64);
-    DWORD size = 0;
-    KB(GetDataSize)(section, T("Data"), &size);
-    Get(DWORD{99}, [&](DWORD& value) {
-        return KB(GetData)(section, T("Data"), sizeof buffer, buffer, &value);
-    });
-
+void UseValues(const Ch* section) {
+    const auto keep = [&](auto set, auto value, auto get, auto before) {
+        set(section, T("Value"), value);
+        return Get(before, get, section, T("Value"));
+    };
+    const Text<Ch> text = T("a text that takes memory of its own");
+    keep(KB(SetBool), true, KB(GetBool), false);
+    keep(KB(SetDWORD), 7u, KB(GetDWORD), DWORD{99});
+    keep(KB(SetInt), -7, KB(GetInt), 99);
+    keep(KB(SetTString), text, KB(GetTString), Text<Ch>(T("before")));
     BSTR before = ::SysAllocString(L"before");
-    KB(SetBSTR)(section, T("Bstr"), before);
-    BSTR text = before;
-    if (KB(GetBSTR)(section, T("Bstr"), &text)) ::SysFreeString(text);
+    BSTR stored = keep(KB(SetBSTR), before, KB(GetBSTR), before);
+    if (stored != before) ::SysFreeString(stored);
     ::SysFreeString(before);
+
+    Ch buffer[64] = {'='};
+    KB(SetString)(section, T("Value"), text.c_str());
+    EXPECT_TRUE(KB(GetString)(section, T("Value"), buffer, 64) || buffer[0] == '=');
+    KB(SetData)(section, T("Value"), 4, "abc");
+    DWORD size = 0;
+    KB(GetDataSize)(section, T("Value"), &size);
+    Get(DWORD{99}, KB(GetData), section, T("Value"), sizeof buffer, buffer);
 }
 
 template <class Ch>
-void UseTree() {
-    const Ch* const section = T("Faults");
-    KB(GetKeyCount)(section);
-    KB(GetValueCount)(T("Faults\\Section"));
+void UseTree(const Ch* parent, const Ch* section) {
     Ch name[64] = {};
-    Get(DWORD{64}, [&](DWORD& length) { return KB(EnumKey)(section, 0, name, &length); });
-    Get(DWORD{64},
-        [&](DWORD& length) { return KB(EnumValue)(T("Faults\\Section"), 0, name, &length); });
-    Get(Text<Ch>(T("before")),
-        [&](Text<Ch>& value) { return KB(EnumKeyTString)(section, 0, value); });
-    Get(Text<Ch>(T("before")),
-        [&](Text<Ch>& value) { return KB(EnumValueTString)(T("Faults\\Section"), 0, value); });
+    Get(DWORD{64}, KB(EnumKey), parent, 0u, name);
+    Get(DWORD{64}, KB(EnumValue), section, 0u, name);
+    Get(Text<Ch>(T("before")), KB(EnumKeyTString), parent, 0u);
+    Get(Text<Ch>(T("before")), KB(EnumValueTString), section, 0u);
     Text<Ch> dump;
-    KB(DumpRegistry)(section, dump);
-    KB(DeleteValue)(T("Faults\\Section"), T("Number"));
-    KB(DeleteKey)(section, T("Section"));
-    KB(DeleteSection)(section);
+    KB(DumpRegistry)(parent, dump);
+    KB(DeleteValue)(section, T("Value"));
+    KB(DeleteKey)(parent, T("Section"));
+    With(parent)(KB(GetKeyCount), KB(GetValueCount), KB(DeleteSection));
 }
 
 template <class Ch>
@@ -77,35 +77,26 @@ void UseFiles(const TextFolder<Ch>& folder) {
     KB(CreatePath)(folder.In("made/on/the/way/").c_str());
     KB(CopyFileDeep)(folder.In("file").c_str(), folder.In("made/copy").c_str(), false);
     KB(DeleteDirectory)(folder.In("made").c_str());
-    Ch name[] = {'a', '?', 0};
-    KB(ValidateFilename)(name, true, false);
-    KB(ValidatePath)(name, true, true);
-    KB(ValidateComputerName)(T("\\\\computer"));
-
-    Ch target[MAX_PATH], description[MAX_PATH];
-    KB(GetLinkInfo)(folder.In("link.lnk").c_str(), target, description);
-    Ch chosen[MAX_PATH] = {};
-    KB(BrowseForFolder)(chosen, T("Choose"));
-    KB(LocalToUNC)(T("C:\\file"), target, MAX_PATH);
-    KB(UNCToLocal)(T("\\\\computer\\share\\file"), target, MAX_PATH);
-    KB(SetIErrorInfo)(T("an error"));
-    DWORD version[3];
-    KB(GetModuleVersion)(T("Kitbag.dll"), &version[0], &version[1], &version[2]);
+    Ch path[MAX_PATH] = {'='}, description[MAX_PATH];
+    EXPECT_TRUE(KB(LocalToUNC)(T("C:\\file"), path, MAX_PATH) || path[0] == '=');
+    KB(UNCToLocal)(T("\\\\computer\\share\\file"), path, MAX_PATH);
+    KB(GetLinkInfo)(folder.In("link.lnk").c_str(), path, description);
+    Ch name[MAX_PATH] = {'a', '?', 0};
+    With(name, true, true)(KB(ValidateFilename), KB(ValidatePath));
+    KB(BrowseForFolder)(name, T("Choose"));
+    With(T("a text"))(KB(ValidateComputerName), KB(SetIErrorInfo));
+    DWORD major = 0, minor = 0;
+    Get(DWORD{99}, KB(GetModuleVersion), T("Kitbag.dll"), &major, &minor);
 }
 
 template <class Ch>
 void UseDirectories(const TextFolder<Ch>& folder) {
-    KB(SetConfigDirectory)(folder.In("file"));
-    KB(SetSkinDirectory)(folder.In("new"));
-    KB(SetDataDirectory)(folder.In("new"));
-    KB(SetDocDirectory)(folder.In(""));
+    With(folder.In("file"))(KB(SetConfigDirectory));
+    With(folder.In("new"))(KB(SetSkinDirectory), KB(SetDataDirectory));
+    With(folder.In(""))(KB(SetDocDirectory));
     Text<Ch> directory;
-    for (int call = 0; call < 2; ++call) {
-        KB(GetConfigDirectory)(directory);
-        KB(GetSkinDirectory)(directory);
-        KB(GetDataDirectory)(directory);
-        KB(GetDocDirectory)(directory);
-    }
+    With(directory)(KB(GetConfigDirectory), KB(GetSkinDirectory), KB(GetDataDirectory),
+                    KB(GetDocDirectory));
 }
 
 template <class Ch>
@@ -113,11 +104,23 @@ void UseBothForms() {
     TextFolder<Ch> folder;
     folder.Write("file");
     folder.WriteLink("link.lnk", folder.Path().string());
-    UseValues<Ch>();
-    UseTree<Ch>();
+    UseValues(T("Faults\\Section"));
+    UseTree(T("Faults"), T("Faults\\Section"));
     UseFiles(folder);
     UseDirectories(folder);
 }
+
+/// While it lives, no other test's process has what all processes share.
+struct Turn {
+    explicit Turn(const char* name) : mutex(::CreateMutexA(nullptr, FALSE, name)) {
+        ::WaitForSingleObject(mutex, INFINITE);
+    }
+    ~Turn() {
+        ::ReleaseMutex(mutex);
+        ::CloseHandle(mutex);
+    }
+    HANDLE mutex;
+};
 
 void UseChecksumsAndClipboard() {
     KB_MemCRC("abc", 3);
@@ -125,53 +128,49 @@ void UseChecksumsAndClipboard() {
     ComPtr<IStream> stream;
     ::CreateStreamOnHGlobal(nullptr, TRUE, &stream);
     KB_IStreamCRC(stream.Get());
-    KB_CopyText(L"text");
-    BSTR text = nullptr;
-    if (KB_PasteText(&text)) ::SysFreeString(text);
     KB_EjectVolume('D');
+    const Turn turn("Kitbag tests: clipboard");
+    KB_CopyText(L"text");
+    ::SysFreeString(Get(BSTR{}, KB_PasteText));
 }
 
 void UseSystem() {
-    KB_IsNT();
-    KB_IsInteractiveSession();
-    KB_GetCPUSpeed();
-    KB_GetCPUSpeedNT();
-    KB_GetCPUSpeedCalculated();
-    std::free(KB_GetVendorString());
-    std::free(KB_GetSystemDescription());
-    DWORD major = 0, minor = 0, stored = 0, current = 0;
-    KB_GetMemModuleVersion(nullptr, &major, &minor, nullptr);
+    With()(KB_IsNT, KB_IsInteractiveSession, KB_IsFirstRun, KB_GetCPUSpeed, KB_GetCPUSpeedNT,
+           KB_GetCPUSpeedCalculated);
+    for (const auto describe : {KB_GetVendorString, KB_GetSystemDescription}) std::free(describe());
+    DWORD first = 0, second = 0;
+    Get(DWORD{99}, KB_GetMemModuleVersion, HMODULE{}, &first, &second);
     const char* const file = "C:\\windows\\system32\\shell32.dll";
-    KB_GetStoredLinkTime(file, "Faults", &stored, &current, true);
-    KB_IsNewModule(file, "Faults");
+    KB_GetStoredLinkTime(file, "Faults", &first, &second, true);
     KB_IsNewerModule(file, "Faults", 1);
-    KB_ForceNewModule(file, "Faults");
-    KB_IsFirstRun();
+    With(file, "Faults")(KB_IsNewModule, KB_ForceNewModule);
     CModuleVersion version(file);
     if (version.Read()) version.GetStringValue("CompanyName");
     ModuleInfo info{sizeof info, {}, {}, {}, {}, {}, {}, {}};
-    const char blocks[16] = {};
-    if (!KB_FillModuleInfo(&info, nullptr, "Name", blocks, blocks)) return;
+    KB_FillModuleInfo(&info, nullptr, "Name", file, file);
     for (BSTR name : {info.moduleName, info.computerName, info.filePath}) ::SysFreeString(name);
 }
 
-void UseConfigurationValues() {
+void UseIdleMonitor() {
+    const Turn turn("Kitbag idle monitor tests");
+    With()(KB_UserIdleMonitorInit, KB_GetUserIdleTime, KB_GetLastUserInputTime,
+           KB_UserIdleMonitorTerm);
+}
+
+void UseValueClasses() {
     const TWinString<char> section = "Faults\\Values";
     UInt32Value number(section, "Number", true);
     number.SetDefaultValue(7, true);
     number.SetValue(number.GetValue() + 1);
+    number.Compare(BooleanValue());
     GuidValue guid(section, "Guid", false);
     guid.SetValue(IID_IUnknown);
     GuidValue::GUID2DisplayString(guid.GetValue());
     ByteArrayValue bytes(section, "Bytes", false);
     bytes.SetValueSize(3);
     bytes.SetValue();
-    BooleanValue truth;
-    truth.Compare(number);
-    truth.Compare(BooleanValue());
-    FilenameValue file("C:\\windows\\win.ini");
     unsigned long long size = 0;
-    file.GetFileSize(size);
+    FilenameValue("C:\\windows\\win.ini").GetFileSize(size);
 
     ExternalProgramValueTable programs(section);
     programs.SetValueName("Programs");
@@ -182,42 +181,40 @@ void UseConfigurationValues() {
     programs.Sort("Display Name");
     programs.Save();
     ExternalProgramValueTable(programs).LoadRegistry(section);
-    MediaLocationValueTable music(MediaLocationValueTable::AudioRead);
-    music.Save();
-    EXPECT_NE(nullptr, KB_GetAsValueTable(&music));
-    KB_UILevelShowValue(&number);
-    KB_DeleteSectionA("Faults");
 }
 
-/// Counts its passes; the workload waits for its end by itself, in case that waiting fails.
+void UseCastsAndLevels() {
+    MediaLocationValueTable music(MediaLocationValueTable::AudioRead);
+    music.Save();
+    const Value* const value = &music;
+    With(value)(KB_GetAsBooleanValue, KB_GetAsByteArrayValue, KB_GetAsExternalProgramValueTable,
+                KB_GetAsExternalProgramValueTableEntry, KB_GetAsFilenameValue, KB_GetAsGuidValue,
+                KB_GetAsIdentValue, KB_GetAsInt32Value, KB_GetAsMediaLocationValueTable,
+                KB_GetAsMediaLocationValueTableEntry, KB_GetAsTStringValue, KB_GetAsUInt32Enum,
+                KB_GetAsUInt32Value, KB_GetAsValueCollection, KB_GetAsValueList, KB_GetAsValueTable,
+                KB_GetAsValueTableEntry, KB_UILevelShowValue);
+    KB_ShowUserInterfaceLevel(KB_GetUserInterfaceLevel());
+    With(1, 2)(KB_CompareUserInterfaceLevels, KB_LowestInterfaceLevel, KB_HighestInterfaceLevel);
+}
+
 class Worker : public EventThread {
  public:
-    ~Worker() override = default;
-    void OnThreadStart() override { state = 1; }
-    void OnThreadExit() override { state = 2; }
-    bool OnEvent() override { return true; }
+    bool OnEvent() override { return passed = true; }
     bool OnTimeout() override { return true; }
-    std::atomic<int> state = 0;
+    std::atomic<bool> passed = false;
 };
 
 void UseThreads() {
     Worker worker;
     worker.Start(THREAD_PRIORITY_NORMAL, 1);
-    for (int i = 0; worker.state == 0 && i < 50; ++i) ::Sleep(2);
     worker.TriggerEvent();
+    for (int i = 0; !worker.passed && i < 50; ++i) ::Sleep(2);
     worker.Stop();
-    while (worker.state == 1) ::Sleep(1);
-    // Its last steps on the way out of the thread.
-    if (!worker.IsFinished()) ::Sleep(20);
+    worker.IsFinished();
     TimeDelayAction().DoAction(1);
 }
 
-void UseIdleMonitorAndLogger() {
-    KB_UserIdleMonitorInit();
-    Surroundings::PressAKey();
-    KB_GetUserIdleTime();
-    KB_UserIdleMonitorTerm();
-
+void UseLogger() {
     KB_SetBoolA("Debug\\Performance", "Faults Enable", true);
     KB_SetDWORDA("Debug\\Performance", "Faults Size", 8);
     PerformanceLogger logger("Faults", "");
@@ -228,53 +225,49 @@ void UseIdleMonitorAndLogger() {
     logger.StopAndProduceReport();
 }
 
-void UsePages() {
-    GraphicClass graphics;
-    DWORD cookie = 0;
-    ::CoRegisterClassObject(CLSID_KivGraphicFactory, &graphics, CLSCTX_INPROC_SERVER,
-                            REGCLS_MULTIPLEUSE, &cookie);
+void UsePageFactory(IKivPageFactory* factory) {
     UserInterface userInterface;
     userInterface.create = [](auto*, auto*, LONG, IUnknown** page) {
         *page = nullptr;
         return S_OK;
     };
-    ComPtr<IKivPageFactory> factory;
-    if (KB_CreateKivPageFactory(&factory)) {
-        factory->AddPage(_bstr_t(L"Main.page"), nullptr);
-        factory->CreatePage(-1, &userInterface, nullptr, nullptr);
-        ComPtr<IUnknown> object;
-        factory->GetScript(0, &object);
-        factory->GetScriptImage(0, _bstr_t(L"image.gif"), &object);
-        _bstr_t text;
-        factory->LoadResourceString(0, 101, text.GetAddress());
-        DISPID identifier = 0;
-        wchar_t name[] = L"GetPageCount";
-        OLECHAR* names = name;
-        factory->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &identifier);
-    }
-    ::CoRevokeClassObject(cookie);
+    factory->AddPage(_bstr_t(L"Main.page"), nullptr);
+    factory->CreatePage(-1, &userInterface, nullptr, nullptr);
+    ComPtr<IUnknown> object;
+    factory->GetScript(0, &object);
+    factory->GetScriptImage(0, _bstr_t(L"image.gif"), &object);
+    _bstr_t text;
+    factory->LoadResourceString(0, 101, text.GetAddress());
+    ComPtr<ITypeInfo> type;
+    factory->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type);
+}
 
-    HMODULE library = ::GetModuleHandleA("Kitbag.dll");
-    for (const char* registration : {"DllRegisterServer", "DllUnregisterServer"})
-        reinterpret_cast<HRESULT(WINAPI*)()>(
-            reinterpret_cast<void*>(::GetProcAddress(library, registration)))();
+void UsePages() {
+    for (const char* name : {"DllRegisterServer", "DllUnregisterServer"})
+        ::GetProcAddress(::GetModuleHandleA("Kitbag.dll"), name)();
+    GraphicClass graphics;
+    DWORD cookie = 0;
+    ::CoRegisterClassObject(CLSID_KivGraphicFactory, &graphics, CLSCTX_INPROC_SERVER,
+                            REGCLS_MULTIPLEUSE, &cookie);
+    ComPtr<IKivGraphicFactory> graphicFactory;
+    KB_CreateGraphicFactory(&graphicFactory);
+    ComPtr<IKivPageFactory> factory;
+    if (KB_CreateKivPageFactory(&factory)) UsePageFactory(factory.Get());
+    ::CoRevokeClassObject(cookie);
 }
 
 }  // namespace
 
 void RunWorkload() {
     const Com com;
-    UseBothForms<char>();
-    UseBothForms<wchar_t>();
-    UseChecksumsAndClipboard();
-    UseSystem();
-    UseThreads();
-    UsePages();
-    // Classes, unlike plain functions, may tell by an exception that memory ran out.
-    for (const auto use : {UseConfigurationValues, UseIdleMonitorAndLogger}) {
+    for (const auto use :
+         {UseBothForms<char>, UseBothForms<wchar_t>, UseChecksumsAndClipboard, UseSystem,
+          UseIdleMonitor, UseThreads, UsePages, UseValueClasses, UseCastsAndLevels, UseLogger}) {
         try {
             use();
         } catch (const std::bad_alloc&) {
+            // Classes, unlike plain functions, may tell by an exception that memory ran out.
+            EXPECT_TRUE(use == UseValueClasses || use == UseCastsAndLevels || use == UseLogger);
         }
     }
 }

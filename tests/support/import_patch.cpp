@@ -1,34 +1,35 @@
 #include <gtest/gtest.h>
 #include <tests/support/import_patch.h>
 
+#include <map>
 #include <utility>
 
 namespace kitbag::test {
 
 namespace {
 
-struct Import {
-    const char* name;
-    DWORD_PTR* slot;
-};
+template <class Record>
+Record* At(HMODULE module, auto offset) {
+    return reinterpret_cast<Record*>(reinterpret_cast<BYTE*>(module) + offset);
+}
 
-std::vector<Import> ImportsOf(HMODULE module) {
-    auto* base = reinterpret_cast<BYTE*>(module);
-    auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
-    auto* nt = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const auto& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+/// The module's record of the kind IMAGE_DIRECTORY_ENTRY_...
+template <class Record>
+Record* Directory(HMODULE module, int kind) {
+    const LONG headers = At<IMAGE_DOS_HEADER>(module, 0)->e_lfanew;
+    const auto& optional = At<IMAGE_NT_HEADERS>(module, headers)->OptionalHeader;
+    return At<Record>(module, optional.DataDirectory[kind].VirtualAddress);
+}
 
-    std::vector<Import> imports;
-    auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
+/// Where the addresses of the imported functions stand.
+std::map<std::string, DWORD_PTR*> ImportsOf(HMODULE module) {
+    std::map<std::string, DWORD_PTR*> imports;
+    auto* library = Directory<IMAGE_IMPORT_DESCRIPTOR>(module, IMAGE_DIRECTORY_ENTRY_IMPORT);
     for (; library->Name; ++library) {
-        auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
-        auto* address = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
-        for (; name->u1.AddressOfData; ++name, ++address) {
-            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
-            auto* entry = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            imports.push_back({reinterpret_cast<const char*>(entry->Name),
-                               reinterpret_cast<DWORD_PTR*>(&address->u1.Function)});
-        }
+        auto* slot = At<DWORD_PTR>(module, library->FirstThunk);
+        for (auto* name = At<DWORD>(module, library->OriginalFirstThunk); *name; ++name, ++slot)
+            if (!IMAGE_SNAP_BY_ORDINAL(*name))
+                imports[At<IMAGE_IMPORT_BY_NAME>(module, *name)->Name] = slot;
     }
     return imports;
 }
@@ -36,17 +37,13 @@ std::vector<Import> ImportsOf(HMODULE module) {
 DWORD_PTR Write(DWORD_PTR* slot, DWORD_PTR value) {
     DWORD protection = 0;
     ::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
-    const DWORD_PTR previous = std::exchange(*slot, value);
-    ::VirtualProtect(slot, sizeof *slot, protection, &protection);
-    return previous;
+    return std::exchange(*slot, value);
 }
 
 }  // namespace
 
 ImportPatch::ImportPatch(const char* name, DWORD_PTR fake, HMODULE module)
-    : slot_(nullptr), original_(0) {
-    for (const Import& import : ImportsOf(module))
-        if (std::string(name) == import.name) slot_ = import.slot;
+    : slot_(ImportsOf(module)[name]) {
     EXPECT_NE(nullptr, slot_) << name << " is not imported";
     if (slot_) original_ = Write(slot_, fake);
 }
@@ -57,7 +54,16 @@ ImportPatch::~ImportPatch() {
 
 std::vector<std::string> ImportedNames(const char* module) {
     std::vector<std::string> names;
-    for (const Import& import : ImportsOf(::GetModuleHandleA(module))) names.push_back(import.name);
+    for (const auto& [name, slot] : ImportsOf(::GetModuleHandleA(module))) names.push_back(name);
+    return names;
+}
+
+std::vector<std::string> ExportedNames(const char* module) {
+    HMODULE base = ::GetModuleHandleA(module);
+    auto* exports = Directory<IMAGE_EXPORT_DIRECTORY>(base, IMAGE_DIRECTORY_ENTRY_EXPORT);
+    auto* offsets = At<DWORD>(base, exports->AddressOfNames);
+    std::vector<std::string> names(exports->NumberOfNames);
+    for (std::string& name : names) name = At<char>(base, *offsets++);
     return names;
 }
 

@@ -19,17 +19,17 @@ class ImportPatch {
     ImportPatch(const char* name, Function* fake, const char* module = "Kitbag.dll")
         : ImportPatch(name, reinterpret_cast<DWORD_PTR>(fake), ::GetModuleHandleA(module)) {}
     ~ImportPatch();
-    ImportPatch(const ImportPatch&) = delete;
-    ImportPatch& operator=(const ImportPatch&) = delete;
+    ImportPatch(ImportPatch&&) = delete;
 
  private:
     ImportPatch(const char* name, DWORD_PTR fake, HMODULE module);
 
     DWORD_PTR* slot_;
-    DWORD_PTR original_;
+    DWORD_PTR original_ = 0;
 };
 
-/// The names of everything that the library imports, in its import table's order.
+/// The names of everything that the module imports and exports; null is the program itself.
 std::vector<std::string> ImportedNames(const char* module = "Kitbag.dll");
+std::vector<std::string> ExportedNames(const char* module = "Kitbag.dll");
 
 }  // namespace kitbag::test

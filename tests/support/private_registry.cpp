@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 #include <tests/support/private_registry.h>
 
-#include <cstring>
-
 namespace kitbag::test {
 
 namespace {
@@ -13,32 +11,14 @@ std::wstring PathOf(const std::string& section) {
     return {path.begin(), path.end()};
 }
 
-struct RawValue {
-    DWORD type = REG_NONE;
-    std::string bytes;
-    bool found = false;
-};
-
-RawValue ReadRaw(HKEY key, const wchar_t* name) {
-    RawValue value;
-    DWORD bytes = 0;
-    if (::RegQueryValueExW(key, name, nullptr, &value.type, nullptr, &bytes) != ERROR_SUCCESS)
-        return value;
-    value.bytes.resize(bytes);
-    value.found =
-        ::RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(value.bytes.data()),
-                           &bytes) == ERROR_SUCCESS;
-    return value;
-}
-
 }  // namespace
 
 PrivateRegistry::PrivateRegistry()
     : path_("Software\\Kitbag tests\\" + std::to_string(::GetCurrentProcessId()) + '-' +
             std::to_string(::GetTickCount())) {
-    ::RegCreateKeyExA(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                      &key_, nullptr);
-    if (::RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_) != ERROR_SUCCESS) std::abort();
+    ::RegCreateKeyA(HKEY_CURRENT_USER, path_.c_str(), &key_);
+    // Without a key of its own the test would go on in the real settings.
+    if (!key_ || ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_) != ERROR_SUCCESS) std::abort();
 }
 
 PrivateRegistry::~PrivateRegistry() {
@@ -48,18 +28,13 @@ PrivateRegistry::~PrivateRegistry() {
 }
 
 RawKey::RawKey(const std::string& section) {
-    EXPECT_EQ(ERROR_SUCCESS,
-              ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), 0, nullptr, 0,
-                                KEY_ALL_ACCESS, nullptr, &key_, nullptr));
+    EXPECT_EQ(ERROR_SUCCESS, ::RegCreateKeyW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), &key_));
 }
 
 bool RawKey::Exists(const std::string& section) {
     HKEY key = nullptr;
-    if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), 0, KEY_READ, &key) !=
-        ERROR_SUCCESS)
-        return false;
-    ::RegCloseKey(key);
-    return true;
+    ::RegOpenKeyW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), &key);
+    return key && ::RegCloseKey(key) == ERROR_SUCCESS;
 }
 
 void RawKey::Set(const wchar_t* name, DWORD type, const void* data, DWORD bytes) const {
@@ -73,28 +48,31 @@ void RawKey::Set(const wchar_t* name, const std::wstring& text) const {
     Set(name, REG_SZ, text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-bool RawKey::Has(const wchar_t* name) const { return ReadRaw(key_, name).found; }
+bool RawKey::Has(const wchar_t* name) const {
+    return ::RegQueryValueExW(key_, name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+}
 
-DWORD RawKey::TypeOf(const wchar_t* name) const { return ReadRaw(key_, name).type; }
-
-std::string RawKey::BytesOf(const wchar_t* name) const { return ReadRaw(key_, name).bytes; }
+std::pair<DWORD, std::string> RawKey::Read(const wchar_t* name) const {
+    DWORD type = REG_NONE, size = 0;
+    ::RegQueryValueExW(key_, name, nullptr, &type, nullptr, &size);
+    std::string bytes(size, '\0');
+    ::RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(bytes.data()), &size);
+    return {type, bytes};
+}
 
 DWORD RawKey::NumberOf(const wchar_t* name) const {
-    const RawValue value = ReadRaw(key_, name);
-    EXPECT_TRUE(value.found);
-    EXPECT_EQ(DWORD{REG_DWORD}, value.type);
-    EXPECT_EQ(sizeof(DWORD), value.bytes.size());
+    const auto [type, bytes] = Read(name);
     DWORD number = 0;
-    std::memcpy(&number, value.bytes.data(), std::min(sizeof number, value.bytes.size()));
+    EXPECT_TRUE(type == REG_DWORD && bytes.size() == sizeof number);
+    bytes.copy(reinterpret_cast<char*>(&number), sizeof number);
     return number;
 }
 
 std::wstring RawKey::TextOf(const wchar_t* name) const {
-    const RawValue value = ReadRaw(key_, name);
-    EXPECT_TRUE(value.found);
-    EXPECT_EQ(DWORD{REG_SZ}, value.type);
-    std::wstring text(value.bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(wchar_t));
+    const auto [type, bytes] = Read(name);
+    EXPECT_EQ(DWORD{REG_SZ}, type);
+    std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()),
+                      bytes.size() / sizeof(wchar_t));
     // An empty text is stored as no bytes at all.
     if (text.empty()) return text;
     EXPECT_EQ(L'\0', text.back());

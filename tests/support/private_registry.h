@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 namespace kitbag::test {
 
@@ -17,8 +18,7 @@ class PrivateRegistry {
  public:
     PrivateRegistry();
     ~PrivateRegistry();
-    PrivateRegistry(const PrivateRegistry&) = delete;
-    PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+    PrivateRegistry(PrivateRegistry&&) = delete;
 
  private:
     std::string path_;
@@ -31,8 +31,7 @@ class RawKey {
     /// Creates the key of a settings section; an empty section is the settings root.
     explicit RawKey(const std::string& section = {});
     ~RawKey() { ::RegCloseKey(key_); }
-    RawKey(const RawKey&) = delete;
-    RawKey& operator=(const RawKey&) = delete;
+    RawKey(RawKey&&) = delete;
 
     /// True where the section's key exists already.
     static bool Exists(const std::string& section = {});
@@ -43,13 +42,15 @@ class RawKey {
     void Set(const wchar_t* name, DWORD value) const { Set(name, REG_DWORD, &value, sizeof value); }
     void Set(const wchar_t* name, const std::wstring& text) const;
     bool Has(const wchar_t* name) const;
-    DWORD TypeOf(const wchar_t* name) const;
-    std::string BytesOf(const wchar_t* name) const;
+    DWORD TypeOf(const wchar_t* name) const { return Read(name).first; }
+    std::string BytesOf(const wchar_t* name) const { return Read(name).second; }
     DWORD NumberOf(const wchar_t* name) const;
     /// The text without its terminator; the terminator must be there.
     std::wstring TextOf(const wchar_t* name) const;
 
  private:
+    std::pair<DWORD, std::string> Read(const wchar_t* name) const;
+
     HKEY key_ = nullptr;
 };
 

@@ -11,25 +11,21 @@ namespace kitbag::test {
 /// A new empty folder below the system's temporary folder; deleted with its content at the end.
 class TemporaryFolder {
  public:
-    TemporaryFolder()
-        : path_(std::filesystem::temp_directory_path() /
-                ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' +
-                 std::to_string(++count_))) {
-        std::filesystem::create_directories(path_);
-    }
+    TemporaryFolder() { create_directories(path_); }
     ~TemporaryFolder() {
         std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        remove_all(path_, ignored);
     }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    TemporaryFolder(TemporaryFolder&&) = delete;
 
     const std::filesystem::path& Path() const { return path_; }
     std::filesystem::path operator/(const char* name) const { return path_ / name; }
 
  private:
     static inline int count_ = 0;
-    std::filesystem::path path_;
+    const std::filesystem::path path_ =
+        std::filesystem::temp_directory_path() /
+        ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' + std::to_string(++count_));
 };
 
 }  // namespace kitbag::test
