@@ -31,9 +31,9 @@ int HeapBlocks() {
 void ExpectNothingLost() {
     int handles = INT_MAX, blocks = INT_MAX;
     for (int round = 0; round < 3; ++round) {
-        const int handlesBefore = static_cast<int>(LowestFreeHandle()), blocksBefore = HeapBlocks();
+        const int handlesBefore = static_cast<int>(LastNewHandle()), blocksBefore = HeapBlocks();
         RunWorkload();
-        handles = std::min(handles, static_cast<int>(LowestFreeHandle()) - handlesBefore);
+        handles = std::min(handles, static_cast<int>(LastNewHandle()) - handlesBefore);
         blocks = std::min(blocks, HeapBlocks() - blocksBefore);
     }
     EXPECT_LE(handles, 0);

@@ -4,15 +4,17 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <iterator>
+
 namespace kitbag::test {
 
-/// The lowest free handle value. The system hands out the lowest one, so it rises by 4 for every
-/// handle that stays open; registry keys count, too.
-inline ULONG_PTR LowestFreeHandle() {
-    HANDLE probe = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    const auto value = reinterpret_cast<ULONG_PTR>(probe);
-    ::CloseHandle(probe);
-    return value;
+/// The last of some new handles. The system hands out the lowest free values, so it rises by 4 for
+/// every handle that stays open, registry keys included, even if one below it was closed meanwhile.
+inline ULONG_PTR LastNewHandle() {
+    HANDLE probes[64];
+    for (HANDLE& probe : probes) probe = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    for (HANDLE probe : probes) ::CloseHandle(probe);
+    return reinterpret_cast<ULONG_PTR>(std::end(probes)[-1]);
 }
 
 /// Makes the calls a thousand times and expects that no handle stayed open. The first round does
@@ -20,9 +22,9 @@ inline ULONG_PTR LowestFreeHandle() {
 template <class Calls>
 void ExpectNoHandleLeak(Calls&& calls) {
     calls();
-    const ULONG_PTR before = LowestFreeHandle();
+    const ULONG_PTR before = LastNewHandle();
     for (int i = 0; i < 1000; ++i) calls();
-    EXPECT_EQ(before, LowestFreeHandle());
+    EXPECT_EQ(before, LastNewHandle());
 }
 
 }  // namespace kitbag::test
