@@ -8,8 +8,10 @@
 using Microsoft::WRL::ComPtr;
 
 bool KB_SetIErrorInfoW(const wchar_t* description) {
-    // Balanced at once; the error object belongs to the thread either way.
-    kitbag::ComInitialisation("CKitbag::SetIErrorInfo");
+    {
+        // Balanced at once: the error object belongs to the thread either way.
+        const kitbag::ComInitialisation com("CKitbag::SetIErrorInfo");
+    }
 
     ComPtr<ICreateErrorInfo> error;
     if (FAILED(::CreateErrorInfo(&error))) return false;

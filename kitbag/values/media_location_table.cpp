@@ -128,6 +128,7 @@ MediaLocationValueTable::MediaLocationValueTable(MediaType type) : mediaType_(ty
 }
 
 MediaLocationValueTable& MediaLocationValueTable::operator=(const MediaLocationValueTable& other) {
+    if (this == &other) return *this;
     ValueTable::operator=(other);
     loaded_ = other.loaded_;
     return *this;
