@@ -9,8 +9,6 @@ struct StandInShare {
     const char* name;
     const char* path;
     DWORD type = 0;
-    /// Windows 9x only.
-    WORD flags = 0;
 };
 
 /// Each stand-in has one under the name "server"; tests fill it in.

@@ -16,7 +16,7 @@ API_RET_TYPE WINAPI NetShareEnum(const char*, short, char* buffer, USHORT size, 
         ::lstrcpyA(entry->shi50_netname, share.name);
         entry->shi50_path = const_cast<char*>(share.path);
         entry->shi50_type = static_cast<BYTE>(share.type);
-        entry->shi50_flags = share.flags;
+        entry->shi50_flags = share.type > 1 ? SHI50F_SYSTEM : 0;
         ++entry;
         ++*read;
     }
