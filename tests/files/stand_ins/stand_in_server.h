@@ -3,11 +3,13 @@
 
 #include <windows.h>
 
+#include <string>
 #include <vector>
 
 struct StandInShare {
-    const char* name;
-    const char* path;
+    std::string name;
+    /// Where it is empty, Windows 9x hands out a pointer that leads nowhere.
+    std::string path;
     DWORD type = 0;
 };
 
