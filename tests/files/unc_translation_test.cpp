@@ -96,39 +96,31 @@ std::string UncToLocal(const Shares& shares, std::string rest, DWORD size) {
     return "";
 }
 
-struct Random : std::mt19937 {
-    template <std::size_t n>
-    std::string OneOf(const char* const (&texts)[n]) {
-        return texts[(*this)() % n];
-    }
-    std::string Folders() {
-        std::string path;
-        while ((*this)() % 3) path += OneOf({"\\a", "\\A", "\\ab", "\\B", "\\\xf6", "\\\xd6x"});
-        return path;
-    }
-    std::string Path() { return OneOf({"C:", "c:", "D:"}) + Folders() + OneOf({"", "", "\\"}); }
-    /// The name of a share, which is a letter from A grave to O diaeresis, or of none.
-    std::string Name() { return {static_cast<char>(0xe0 + (*this)() % 23)}; }
-};
-
 TEST_P(UncTranslation, FollowsTheRulesForRandomSharesAndBack) {
-    Random random;
+    std::mt19937 random;
+    const auto lengthen = [&](std::string text, const std::string& characters) {
+        for (auto count = random() % 7; count > 0; --count)
+            text += characters[random() % characters.size()];
+        return text;
+    };
     for (int i = 0; i < 3000; ++i) {
         Shares shares;
         server_.shares.clear();
         for (auto count = random() % 24; count > 0; --count) {
             const auto place = server_.shares.size();
-            const std::string path = random.Path(), name(1, static_cast<char>(0xc0 + place));
+            const std::string path = lengthen("C:", "\\\\aA\xf6\xd6"),
+                              name(1, static_cast<char>(0xc0 + place));
             const DWORD type = random() % 4 ? 0 : random() % 2 ? 1 : 0x80000000;
             server_.shares.push_back({name, path, type});
             // On Windows 9x only the first 20 shares count, of whatever type.
             if (type == 0 && (GetParam() || place < 20))
                 shares.insert({{MAX_PATH - path.size(), path}, name});
         }
-        const DWORD size = random() % 2 ? MAX_PATH : 1 + random() % 20;
-        const std::string unc = random.Name() + random.OneOf({"", "\xe0"}) + random.Folders();
+        const DWORD size = random() % 2 ? MAX_PATH : 1 + random() % 15;
+        const std::string unc = lengthen("", "\\\\a\xe0\xe1\xe2\xe3\xe4\xe5"),
+                          path = lengthen("c:", "\\\\aA\xf6\xd6"),
+                          there = LocalToUnc(shares, path, size);
         Expect("\\\\Pc\\" + unc, UncToLocal(shares, unc, size), size);
-        const std::string path = random.Path(), there = LocalToUnc(shares, path, size);
         Expect(path, there, size);
         // None leads back from a match that ends inside a folder's name.
         if (there.empty() || (there + '\\')[6] != '\\') continue;
