@@ -38,7 +38,7 @@ TYPED_TEST_SUITE(Names, kitbag::test::TextForms, kitbag::test::TextFormName);
 TYPED_TEST(Names, AreCheckedAndRepaired) {
     using Ch = TypeParam;
     std::mt19937 random;
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < 5000; ++i) {
         const std::string name = RandomName(random);
         const bool repair = random() % 2, isPath = random() % 2;
         const auto begin = ComponentIn(name, isPath);

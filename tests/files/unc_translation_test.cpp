@@ -93,7 +93,7 @@ TEST_P(UncTranslation, FollowsTheRulesForRandomSharesAndBack) {
             text += characters[random() % characters.size()];
         return text;
     };
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 500; ++i) {
         Shares shares;
         server_.shares.clear();
         for (auto count = random() % 24; count > 0; --count) {
