@@ -19,11 +19,15 @@ std::basic_string<Ch> Converted(const std::basic_string<From>& text) {
 }
 
 template <class Ch, class From>
-ShareList<Ch> Converted(const ShareList<From>& shares) {
-    ShareList<Ch> converted;
-    for (const Share<From>& share : shares)
-        converted.insert({Converted<Ch>(share.name), Converted<Ch>(share.path), share.access});
-    return converted;
+ShareList<Ch> Converted(ShareList<From> shares) {
+    if constexpr (std::is_same_v<Ch, From>) {
+        return shares;
+    } else {
+        ShareList<Ch> converted;
+        for (const Share<From>& share : shares)
+            converted.insert({Converted<Ch>(share.name), Converted<Ch>(share.path), share.access});
+        return converted;
+    }
 }
 
 template <class Ch, class From>

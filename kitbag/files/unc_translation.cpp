@@ -17,15 +17,25 @@ using View = std::basic_string_view<Ch>;
 void ToUpper(std::string& text) { ::CharUpperBuffA(text.data(), static_cast<DWORD>(text.size())); }
 void ToUpper(std::wstring& text) { ::CharUpperBuffW(text.data(), static_cast<DWORD>(text.size())); }
 
-/// Without regard to case, over the prefix's own length.
+/// A text whose beginning is compared without regard to case, over the other text's own length.
 template <class Ch>
-bool BeginsWith(View<Ch> text, View<Ch> prefix) {
-    std::basic_string<Ch> start(text.substr(0, prefix.size()));
-    std::basic_string<Ch> wanted(prefix);
-    ToUpper(start);
-    ToUpper(wanted);
-    return start == wanted;
-}
+class CaselessText {
+ public:
+    explicit CaselessText(View<Ch> text) : text_(text) { ToUpper(text_); }
+
+    /// Whether the text from the position on begins with the prefix.
+    bool BeginsWith(View<Ch> prefix, std::size_t position = 0) {
+        if (prefix.size() > text_.size() - position) return false;
+        prefix_ = prefix;
+        ToUpper(prefix_);
+        return text_.compare(position, prefix_.size(), prefix_) == 0;
+    }
+
+ private:
+    std::basic_string<Ch> text_;
+    /// Keeps its room from one comparison to the next.
+    std::basic_string<Ch> prefix_;
+};
 
 template <class Ch>
 bool AreUsable(const Ch* text, Ch* buffer, DWORD size) {
@@ -68,9 +78,10 @@ DWORD LocalToUnc(const Ch* localPath, Ch* buffer, DWORD size) {
         return 0;
     }
     const View<Ch> path = localPath;
+    CaselessText<Ch> caseless(path);
     for (const Share<Ch>& share : shares) {
         // The match may end inside a folder's name; existing links count on such names.
-        if (!BeginsWith<Ch>(path, share.path)) continue;
+        if (!caseless.BeginsWith(share.path)) continue;
         // Counts neither the separator of a drive's share nor the terminator behind it; callers
         // pass MAX_PATH or more.
         const std::size_t required =
@@ -101,7 +112,7 @@ std::optional<View<Ch>> ShareAndTail(View<Ch> name) {
         DebugTrace("UNCToLocal: Cannot get computer name\n");
         return std::nullopt;
     }
-    if (!BeginsWith<Ch>(name, *computer)) {
+    if (!CaselessText<Ch>(name).BeginsWith(*computer)) {
         DebugTrace("UNCToLocal: UNC not on local computer (wrong computer name)\n");
         return std::nullopt;
     }
@@ -127,10 +138,12 @@ DWORD UncToLocal(const Ch* uncName, Ch* buffer, DWORD size) {
         return 0;
     }
     View<Ch> rest = *start;
+    CaselessText<Ch> caseless(rest);
     for (const Share<Ch>& share : shares) {
         // What a share's name has taken off stays off for the shares after it, and a share whose
         // name did not match may be taken too; callers count on the names that this finds.
-        if (BeginsWith<Ch>(rest, share.name)) rest.remove_prefix(share.name.size());
+        if (caseless.BeginsWith(share.name, start->size() - rest.size()))
+            rest.remove_prefix(share.name.size());
         if (!rest.empty() && !rest.starts_with(kBackslash<Ch>)) continue;
         if (!Fits("UNCToLocal", share.path.size() + rest.size(), size)) continue;
 

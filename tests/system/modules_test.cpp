@@ -3,11 +3,9 @@
 #include <kitbag/system/module_version.h>
 #include <oleauto.h>
 #include <tests/support/import_patch.h>
-#include <tests/support/leak_check.h>
-#include <tests/support/temporary_folder.h>
+#include <tests/support/text_folder.h>
 
 #include <cstring>
-#include <fstream>
 #include <utility>
 
 namespace {
@@ -57,55 +55,54 @@ TEST(ModuleVersion, FillsTheModulesRecord) {
     for (BSTR text : {info.moduleName, info.computerName, info.filePath}) ::SysFreeString(text);
 }
 
-TEST(ModuleTracking, TakesTheTimeFromARealModule) {
-    HMODULE library = ::LoadLibraryA("Kitbag.dll");
-    char file[MAX_PATH];
-    ::GetModuleFileNameA(library, file, MAX_PATH);
-    const auto* image = reinterpret_cast<const BYTE*>(library);
-    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
-    const auto* header = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos->e_lfanew);
-    DWORD stored = 77, current = 77;
-    EXPECT_FALSE(KB_GetStoredLinkTime(file, "Kitbag", &stored, &current, true));
-    EXPECT_EQ(header->FileHeader.TimeDateStamp, current);
-    EXPECT_FALSE(KB_IsNewModule(file, "Kitbag"));
+constexpr char kVersionKey[] = "Software\\Tarnwick\\Vidmoor\\Version";
+
+/// The link time that the library takes from the file, which is then what is stored.
+DWORD TimeOf(const char* file) {
+    KB_ForceNewModule(nullptr, "Test");
+    DWORD stored = 77, current = 77, size = sizeof stored;
+    EXPECT_FALSE(KB_GetStoredLinkTime(file, "Test", &stored, &current, true));
+    ::RegGetValueA(HKEY_LOCAL_MACHINE, kVersionKey, "Test", RRF_RT_REG_DWORD, nullptr, &stored,
+                   &size);
+    EXPECT_EQ(current, stored);
+    return current;
 }
 
-TEST(ModuleTracking, SeesModulesThatWereLinkedSince) {
-    const kitbag::test::TemporaryFolder folder;
-    const std::string path = (folder / "module.dll").string();
-    const char *file = path.c_str(), *key = "Software\\Tarnwick\\Vidmoor\\Version";
-    // The time taken from a file of this content, which is then what is stored.
-    const auto timeOf = [&](const std::string& content) {
-        KB_ForceNewModule(nullptr, "Test");
-        std::ofstream(file, std::ios::binary) << content;
-        DWORD stored = 77, current = 77, size = sizeof stored;
-        EXPECT_FALSE(KB_GetStoredLinkTime(file, "Test", &stored, &current, true));
-        ::RegGetValueA(HKEY_LOCAL_MACHINE, key, "Test", RRF_RT_REG_DWORD, nullptr, &stored, &size);
-        EXPECT_EQ(current, stored);
-        return current;
+TEST(ModuleTracking, TakesTheTimeFromTheModulesHeader) {
+    const kitbag::test::TextFolder<char> folder;
+    const auto timeIn = [&](const std::string& content) {
+        folder.Write("module", content);
+        return TimeOf(folder.In("module").c_str());
     };
     // The offset of the second signature lies at 60.
     const std::string header =
         "MZ" + std::string(58, '\0') + std::string("\x40\0\0\0PE\0\0....\4\3\2\1", 16);
+    EXPECT_EQ(0x01020304u, timeIn(header));
     for (std::size_t length = 0; length < header.size(); ++length)
-        EXPECT_EQ(0u, timeOf(header.substr(0, length))) << length;
+        EXPECT_EQ(0u, timeIn(header.substr(0, length))) << length;
     for (const std::size_t damaged : {0u, 1u, 60u, 63u, 64u, 65u, 66u, 67u}) {
         std::string other = header;
         other[damaged] ^= '\x80';
-        EXPECT_EQ(0u, timeOf(other)) << damaged;
+        EXPECT_EQ(0u, timeIn(other)) << damaged;
     }
-    kitbag::test::ExpectNoHandleLeak([file] { KB_IsNewModule(file, "Test"); });
+}
 
-    constexpr DWORD linked = 0x01020304;
-    EXPECT_EQ(linked, timeOf(header));
+TEST(ModuleTracking, SeesModulesThatWereLinkedSince) {
+    const char* const file = _pgmptr;  // this program
+    const auto* image = reinterpret_cast<const BYTE*>(::GetModuleHandleA(nullptr));
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+    const auto* header = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos->e_lfanew);
+    const DWORD linked = TimeOf(file);
+    EXPECT_EQ(header->FileHeader.TimeDateStamp, linked);
     for (const DWORD time : {linked - 1, linked, linked + 1}) {
-        ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, key, "Test", REG_BINARY, &time, sizeof time);
+        ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, kVersionKey, "Test", REG_BINARY, &time, sizeof time);
         EXPECT_EQ(time < linked, KB_IsNewModule(file, "Test"));
         EXPECT_FALSE(KB_IsNewModule(file, "Test")) << "stored";
     }
     EXPECT_FALSE(KB_IsNewerModule(file, "Test", linked));
     EXPECT_TRUE(KB_IsNewerModule(file, "Test", linked + 1));
-    EXPECT_TRUE(KB_ForceNewModule(nullptr, "Test"));
+    EXPECT_TRUE(KB_ForceNewModule(nullptr, "Test") && KB_IsNewModule(file, "Test"));
+    EXPECT_TRUE(KB_ForceNewModule(nullptr, "Test") && !KB_ForceNewModule(nullptr, "Test"));
     EXPECT_TRUE(KB_IsNewerModule(file, "Test", 0));
     EXPECT_FALSE(KB_IsFirstRun());
     ::RegSetValueA(HKEY_LOCAL_MACHINE, "Software\\Tarnwick\\Vidmoor\\RunOnce", REG_SZ, "", 0);

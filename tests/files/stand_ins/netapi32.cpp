@@ -13,8 +13,8 @@ NET_API_STATUS WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWO
     if (*read == 0) return server.status;
     const StandInShare& share = server.shares[(*resume)++];
     static wchar_t name[80], path[80];
-    ::MultiByteToWideChar(CP_ACP, 0, share.name, -1, name, 80);
-    ::MultiByteToWideChar(CP_ACP, 0, share.path, -1, path, 80);
+    ::MultiByteToWideChar(CP_ACP, 0, share.name.c_str(), -1, name, 80);
+    ::MultiByteToWideChar(CP_ACP, 0, share.path.c_str(), -1, path, 80);
     static SHARE_INFO_502 info;
     info = {name, share.type, nullptr, 7, 0, 0, path, nullptr, 0, nullptr};
     *buffer = reinterpret_cast<BYTE*>(&info);

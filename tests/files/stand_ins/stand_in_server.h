@@ -3,14 +3,14 @@
 
 #include <windows.h>
 
+#include <string>
 #include <vector>
 
 struct StandInShare {
-    const char* name;
-    const char* path;
+    std::string name;
+    /// Where it is empty, Windows 9x hands out a pointer that leads nowhere.
+    std::string path;
     DWORD type = 0;
-    /// Windows 9x only.
-    WORD flags = 0;
 };
 
 /// Each stand-in has one under the name "server"; tests fill it in.

@@ -13,10 +13,11 @@ API_RET_TYPE WINAPI NetShareEnum(const char*, short, char* buffer, USHORT size, 
     auto* entry = reinterpret_cast<share_info_50*>(buffer);
     for (const StandInShare& share : server.shares) {
         if (++*total * sizeof *entry > size) continue;
-        ::lstrcpyA(entry->shi50_netname, share.name);
-        entry->shi50_path = const_cast<char*>(share.path);
+        ::lstrcpyA(entry->shi50_netname, share.name.c_str());
+        entry->shi50_path = share.path.empty() ? reinterpret_cast<char*>(16)
+                                               : const_cast<char*>(share.path.c_str());
         entry->shi50_type = static_cast<BYTE>(share.type);
-        entry->shi50_flags = share.flags;
+        entry->shi50_flags = share.type > 1 ? SHI50F_SYSTEM : 0;
         ++entry;
         ++*read;
     }
