@@ -35,7 +35,6 @@ std::string LifeWith(DWORD timeout) {
     thread.Start(THREAD_PRIORITY_LOWEST, timeout);
     EXPECT_EQ(timeout == 0, thread.WaitForFinish(timeout == 0 ? INFINITE : 300));
     thread.Stop();
-    EXPECT_TRUE(thread.IsFinished());
     return thread.happened;
 }
 
