@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <process.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/temporary_folder.h>
@@ -6,26 +5,21 @@
 
 #include <cstring>
 #include <string_view>
-#include <utility>
 
 namespace {
+
+using namespace kitbag::test;
 
 /// All processes that loaded one file share its words: every test has a copy of its own.
 constexpr char kCopy[] = "Idle.dll";
 HMODULE Copy() { return ::GetModuleHandleA(kCopy); }
 
-struct Patch : kitbag::test::ImportPatch {
-    Patch(const char* name, auto* fake) : ImportPatch(name, fake, kCopy) {}
-};
-
-std::filesystem::path Built(const char* file) {
-    return std::filesystem::path(_pgmptr).replace_filename(file);
-}
+const std::filesystem::path built = std::filesystem::path(_pgmptr).parent_path();
 
 struct IdleMonitor : testing::Test {
     IdleMonitor() {
-        copy_file(Built("Kitbag.dll"), copy);
-        ::LoadLibraryW(copy.c_str());
+        copy_file(built / "Kitbag.dll", folder / kCopy);
+        ::LoadLibraryW((folder / kCopy).c_str());
     }
     ~IdleMonitor() override { ::FreeLibrary(Copy()); }
     /// None of the copy's functions takes an argument.
@@ -34,113 +28,85 @@ struct IdleMonitor : testing::Test {
     static DWORD Term() { return Call("KB_UserIdleMonitorTerm"); }
     static DWORD LastInput() { return Call("KB_GetLastUserInputTime"); }
 
-    kitbag::test::TemporaryFolder folder;
-    std::filesystem::path copy = folder / kCopy;
+    TemporaryFolder folder;
 };
 
 DWORD now = 0;
 DWORD WINAPI FakeTicks() { return now; }
 FARPROC WINAPI FindNothing(HMODULE, const char*) { return nullptr; }
 
-/// By kind, WH_KEYBOARD or WH_MOUSE: what was installed, and the hook that the system answers.
+/// The kind of hook, WH_KEYBOARD (2) or WH_MOUSE (7), stands for the hook, too.
+int refusedKind = WH_KEYBOARD;
 HOOKPROC procedures[8];
-int hooks[8];
-/// The kinds that were installed; the hooks that were removed or passed on to.
-using Calls = std::vector<int>;
-Calls calls;
-Calls TakeCalls() { return std::exchange(calls, {}); }
-
-HHOOK WINAPI FakeInstall(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
+/// The hooks asked for and, with a minus, those removed.
+std::vector<int> calls;
+int WINAPI FakeInstall(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread) {
     EXPECT_TRUE(thread == 0 && module == Copy());
     procedures[kind] = procedure;
     calls.push_back(kind);
-    return reinterpret_cast<HHOOK>(hooks[kind]);
+    return kind == refusedKind ? 0 : kind;
 }
-LRESULT WINAPI FakeNext(HHOOK hook, int code, WPARAM first, LPARAM second) {
-    calls.push_back(reinterpret_cast<int>(hook));
-    return code + static_cast<int>(first) + second;
-}
-BOOL WINAPI FailToRemove(HHOOK hook) { return FakeNext(hook, 0, 0, FALSE); }
+BOOL WINAPI FailToRemove(int hook) { return calls.push_back(-hook), FALSE; }
+int WINAPI FakeNext(int hook, int code, int key, int more) { return hook + code + key + more; }
 
-TEST_F(IdleMonitor, AsksTheSystemWhereItCan) {
-    const Patch patch("SetWindowsHookExA", FakeInstall);
+TEST_F(IdleMonitor, AsksTheSystemOrInstallsHooks) {
+    const ImportPatch install("SetWindowsHookExA", FakeInstall, kCopy),
+        next("CallNextHookEx", FakeNext, kCopy), remove("UnhookWindowsHookEx", FailToRemove, kCopy);
     EXPECT_TRUE(Init());
     Term();
-    EXPECT_EQ(Calls{}, TakeCalls());
     LASTINPUTINFO info = {sizeof info, 0};
     ::GetLastInputInfo(&info);
     EXPECT_EQ(info.dwTime, LastInput());
-}
 
-TEST_F(IdleMonitor, InstallsHooksWhereTheSystemCannotTell) {
-    const Patch find("GetProcAddress", FindNothing), ticks("GetTickCount", FakeTicks),
-        install("SetWindowsHookExA", FakeInstall), next("CallNextHookEx", FakeNext),
-        remove("UnhookWindowsHookEx", FailToRemove);
-    const auto init = [&](int keyboard, int mouse) {
-        hooks[WH_KEYBOARD] = keyboard;
-        hooks[WH_MOUSE] = mouse;
-        EXPECT_EQ(keyboard && mouse, Init());
-        return TakeCalls();
-    };
-    EXPECT_EQ((Calls{2, 7}), init(0, 22));
-    EXPECT_EQ((Calls{22, 2, 7}), init(11, 0));
-    EXPECT_EQ(Calls{}, init(11, 0));
+    // Forgets what an earlier start had found.
+    const ImportPatch find("GetProcAddress", FindNothing, kCopy),
+        ticks("GetTickCount", FakeTicks, kCopy);
+    EXPECT_FALSE(Init());
+    refusedKind = WH_MOUSE;
+    EXPECT_FALSE(Init() || Init());
     Term();
-    TakeCalls();
-
+    refusedKind = 0;
     now = 0xffffff00;
-    EXPECT_EQ((Calls{2, 7}), init(11, 22));
-    EXPECT_EQ(Calls{}, init(11, 22));
+    EXPECT_TRUE(Init() && Init());
     for (const int kind : {WH_KEYBOARD, WH_MOUSE}) {
         now += 500;
-        EXPECT_EQ(6, procedures[kind](HC_NOREMOVE, 1, 2));
+        EXPECT_EQ(kind + 63, procedures[kind](HC_NOREMOVE, 20, 40));
         EXPECT_EQ(500u, Call("KB_GetUserIdleTime"));
-        EXPECT_EQ(3, procedures[kind](HC_ACTION, 1, 2));
+        EXPECT_EQ(kind + 60, procedures[kind](HC_ACTION, 20, 40));
         EXPECT_EQ(0u, Call("KB_GetUserIdleTime"));
-        EXPECT_EQ((Calls{hooks[kind], hooks[kind]}), TakeCalls());
     }
 
     // The section as the module's header describes it; a second process sees its words.
     const std::string_view header(reinterpret_cast<const char*>(Copy()), 4096);
     const auto* section =
         reinterpret_cast<const IMAGE_SECTION_HEADER*>(header.substr(header.find(".UIdle")).data());
-    const DWORD words[] = {11, 22, now, 0};
+    const DWORD words[] = {WH_KEYBOARD, WH_MOUSE, now, 0};
     EXPECT_EQ(sizeof words, section->Misc.VirtualSize);
     EXPECT_EQ(0, std::memcmp(words, &header[section->VirtualAddress], sizeof words));
-    const auto reader = Built("kitbag_idle_reader.exe");
-    EXPECT_EQ(now,
-              DWORD(::_wspawnl(_P_WAIT, reader.c_str(), reader.c_str(), copy.c_str(), nullptr)));
+    const auto reader = built / "kitbag_idle_reader.exe", copy = folder / kCopy;
+    EXPECT_EQ(int(now), ::_wspawnl(_P_WAIT, reader.c_str(), L"", copy.c_str(), nullptr));
 
-    kitbag::test::TraceCapture trace;
-    Term();
+    TraceCapture trace;
     Term();
     trace.Expect({"UnhookWindowsHookEx(g_hHookKbd)", "UnhookWindowsHookEx(g_hHookMouse)"});
-    EXPECT_EQ((Calls{11, 22}), TakeCalls());
+    EXPECT_EQ((std::vector{2, 7, -7, 2, 7, -2, 0, 2, 7, -2, -7}), calls);
 }
 
-void PressKey() { ::keybd_event('A', 0, 0, 0); }
-void MoveMouse() { ::mouse_event(MOUSEEVENTF_MOVE, 1, 1, 0, 0); }
-
 TEST_F(IdleMonitor, HearsRealInputThroughItsHooks) {
-    HWND window = ::CreateWindowA("EDIT", "", WS_POPUP | WS_VISIBLE, 0, 0, 200, 200, nullptr,
-                                  nullptr, nullptr, nullptr);
-    if (!window) GTEST_SKIP() << "no display";
-    ::SetForegroundWindow(window);
-    const Patch patch("GetProcAddress", FindNothing);
+    if (!::CreateWindowA("EDIT", "", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr))
+        GTEST_SKIP() << "no display";
+    const ImportPatch find("GetProcAddress", FindNothing, kCopy);
     EXPECT_TRUE(Init());
-    for (const auto input : {PressKey, MoveMouse}) {
-        const DWORD before = LastInput();
-        // The first inputs may come before the window does.
-        for (int i = 0; LastInput() == before && i < 5000; ++i) {
-            ::Sleep(1);
-            input();
-            for (MSG message; ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);)
-                ::DispatchMessageA(&message);
-        }
-        EXPECT_NE(before, LastInput());
+    const DWORD before = LastInput();
+    // The first keys may come before the window does.
+    for (int i = 0; LastInput() == before && i < 5000; ++i) {
+        ::Sleep(1);
+        ::keybd_event('A', 0, 0, 0);
+        MSG message;
+        ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);
     }
+    EXPECT_NE(before, LastInput());
     Term();
-    ::DestroyWindow(window);
 }
 
 }  // namespace

@@ -4,77 +4,58 @@
 #include <tests/support/import_patch.h>
 
 #include <string>
-#include <utility>
 
 namespace {
 
 using kitbag::test::ImportPatch;
 
-/// Holds a started thread until the test lets it begin.
-HANDLE gate = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
-/// What happened on the thread: s(tart), e(vent), t(ime-out), x (exit).
-std::string happened;
-std::string TakeNotes() { return std::exchange(happened, {}); }
-
-class Recorder : public EventThread {
- public:
+/// Notes its life: start '<', event 'e', time-out 't', exit '>'.
+struct Recorder : EventThread {
     void OnThreadStart() override {
-        ::WaitForSingleObject(gate, INFINITE);
-        happened += 's';
+        TriggerEvent();
+        TriggerEvent();
+        happened += '<';
     }
-    void OnThreadExit() override { happened += 'x'; }
+    void OnThreadExit() override { happened += '>'; }
     bool OnEvent() override { return happened += 'e', true; }
     bool OnTimeout() override {
-        EXPECT_EQ(THREAD_PRIORITY_LOWEST, ::GetThreadPriority(::GetCurrentThread()));
+        // The starting thread may not have set it yet.
+        while (::GetThreadPriority(::GetCurrentThread()) != THREAD_PRIORITY_LOWEST) ::Sleep(1);
         // Neither waits for the very thread that asks.
         EXPECT_TRUE(running_ && WaitForFinish(INFINITE));
         Stop();
         return happened += 't', true;
     }
+
+    std::string happened;
 };
 
-TEST(Threads, AnswerAnEventThenATimeOutAndEndWhenStopped) {
+std::string LifeWith(DWORD timeout) {
     Recorder thread;
-    EXPECT_TRUE(thread.Start(THREAD_PRIORITY_LOWEST, 0));
-    EXPECT_FALSE(thread.IsFinished() || thread.WaitForFinish(0));
-    thread.TriggerEvent();
-    thread.TriggerEvent();
-    ::SetEvent(gate);
-    EXPECT_TRUE(thread.WaitForFinish(INFINITE) && thread.IsFinished());
-    EXPECT_EQ("setx", TakeNotes());
-}
-
-template <class... Arguments>
-HANDLE WINAPI Refuse(Arguments...) {
-    return nullptr;
-}
-
-void StartAndStop() {
-    Recorder thread;
-    thread.Start(THREAD_PRIORITY_NORMAL, INFINITE);
-    ::SetEvent(gate);
-    EXPECT_FALSE(thread.WaitForFinish(20));
+    thread.Start(THREAD_PRIORITY_LOWEST, timeout);
+    EXPECT_EQ(timeout == 0, thread.WaitForFinish(timeout == 0 ? INFINITE : 300));
     thread.Stop();
-    EXPECT_EQ("sx", TakeNotes());
+    return thread.happened;
 }
 
-TEST(Threads, AnswerNothingWhenStoppedWhetherTheyHaveAnEventOrNot) {
-    StartAndStop();
-    const ImportPatch noEvent("CreateEventA", Refuse<void*, BOOL, BOOL, const char*>);
-    StartAndStop();
+HANDLE WINAPI NoEvent(void*, BOOL, BOOL, const char*) { return nullptr; }
+HANDLE WINAPI NoThread(void*, SIZE_T, void*, void*, DWORD, DWORD*) { return nullptr; }
+
+TEST(Threads, AnswerEventsAndTimeOutsUntilTheyAreStopped) {
+    EXPECT_EQ("<et>", LifeWith(0));
+    EXPECT_EQ("<e>", LifeWith(INFINITE));
+    const ImportPatch patch("CreateEventA", NoEvent);
+    EXPECT_EQ("<>", LifeWith(INFINITE));
 }
 
 TEST(Threads, RunBothHooksWhenStoppedBeforeTheyBegan) {
-    const ImportPatch noThread("CreateThread", Refuse<void*, SIZE_T, void*, void*, DWORD, DWORD*>);
+    const ImportPatch patch("CreateThread", NoThread);
     Recorder thread;
     EXPECT_TRUE(thread.Start(THREAD_PRIORITY_NORMAL, 0));
-    Recorder copy(thread);
-    EXPECT_TRUE(copy.IsActive());
     thread.Stop();
     EXPECT_FALSE(thread.IsActive() || thread.IsFinished());
-    ::SetEvent(gate);
     SimpleThread::ThreadProc(&thread);
-    EXPECT_EQ("sx", TakeNotes());
+    EXPECT_EQ("<>", thread.happened);
 }
 
 DWORD now = 0;
@@ -85,10 +66,7 @@ TEST(TimeDelayAction, ActsOnceMoreThanTheDelayHasPassed) {
     TimeDelayAction action;
     const auto actsAt = [&](DWORD tick, DWORD delay) { return now = tick, action.DoAction(delay); };
     EXPECT_FALSE(actsAt(1000, 1000));
-    EXPECT_TRUE(actsAt(1001, 1000));
-    EXPECT_TRUE(actsAt(0xffffff00, 0));
-    EXPECT_FALSE(actsAt(0x100, 0x200));
-    EXPECT_TRUE(actsAt(0x100, 0x1ff));
+    EXPECT_TRUE(actsAt(1001, 1000) && actsAt(0xffffff00, 0) && actsAt(0x100, 0x1ff));
     EXPECT_EQ(3u, action.GetCount());
 }
 
