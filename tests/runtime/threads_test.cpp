@@ -33,7 +33,7 @@ struct Recorder : EventThread {
 std::string LifeWith(DWORD timeout) {
     Recorder thread;
     thread.Start(THREAD_PRIORITY_LOWEST, timeout);
-    EXPECT_EQ(timeout == 0, thread.WaitForFinish(timeout == 0 ? INFINITE : 300));
+    EXPECT_EQ(timeout == 0, thread.WaitForFinish(timeout == 0 ? INFINITE : 2000));
     thread.Stop();
     return thread.happened;
 }

@@ -63,28 +63,33 @@ BOOL WINAPI FakeFolder(HWND, LPSTR path, int id, BOOL) {
 TEST(ApplicationValues, KeepTheMediaLocations) {
     using Table = MediaLocationValueTable;
     const kitbag::test::ImportPatch patch("SHGetSpecialFolderPathA", FakeFolder);
-    const char* const kinds[][2] = {
-        {"Video\\Read", "'Video'"},          {"Video\\Write", "'Video'"},
-        {"Audio\\Read", "'Music'|'C:\\M'"},  {"Audio\\Write", "'Music'"},
-        {"Photo\\Read", "'Photos'|'C:\\P'"}, {"Photo\\Write", "'Photos'"},
-        {"DVD\\Read", "'Movies'"},           {"DVD\\Write", "'Movies'"}};
+    const char* const kinds[][2] = {{"Video\\Read", "Video"},        {"Video\\Write", "Video"},
+                                    {"Audio\\Read", "Music|C:\\M"},  {"Audio\\Write", "Music"},
+                                    {"Photo\\Read", "Photos|C:\\P"}, {"Photo\\Write", "Photos"},
+                                    {"DVD\\Read", "Movies"},         {"DVD\\Write", "Movies"}};
     for (long type = 0; const auto& [key, folders] : kinds) {
         const Table table(static_cast<Table::MediaType>(type++));
-        Text found = table[0]->GetValue("Directory")->SaveStringDataOnly();
-        if (table.size() > 1) found += '|' + table[1]->GetValue("Directory")->SaveStringDataOnly();
-        EXPECT_EQ(folders, found);
-        EXPECT_TRUE(KB_GetAsValueTable(&table) && !KB_GetAsMediaLocationValueTable(&table));
         table.Save();
-        EXPECT_TRUE(RawKey::Exists(Text("Media Locations\\") + key + " Directories"));
+        Text found;
+        for (int row = 0; row < table.size(); ++row)
+            found += (row ? "|" : "") +
+                     KB_GetAsFilenameValue(table[row]->GetValue("Directory"))->GetValue();
+        EXPECT_EQ(folders, found);
+        EXPECT_TRUE(RawKey::Exists(Text("Media Locations\\") + key + " Directories\\00000000"));
     }
     // The stored type decides which defaults are added later; an unknown one has none.
-    const RawKey key("Media Locations\\Video\\Read Directories");
     for (const DWORD type : {4u, 0xFFFFFFFFu}) {
-        key.Set(L"Media Type", type);
+        RawKey("Media Locations\\Video\\Read Directories").Set(L"Media Type", type);
         Table stored(Table::VideoRead);
         stored.SetDefaultValue();
         EXPECT_EQ(type == 4 ? 3 : 1, stored.size());
     }
+    // An assigned table keeps its place and type.
+    Table video(Table::VideoRead);
+    video = Table(Table::PhotoWrite);
+    video.Save();
+    EXPECT_EQ(L"Photos",
+              RawKey("Media Locations\\Video\\Read Directories\\00000000").TextOf(L"Directory"));
 }
 
 TEST(ApplicationValues, TidyMediaFolders) {
@@ -99,16 +104,6 @@ TEST(ApplicationValues, TidyMediaFolders) {
         EXPECT_EQ(tidied, row.Directory.GetValue());
         EXPECT_EQ(given == Text("Films"), row.AllDrives.GetValue());
     }
-}
-
-TEST(ApplicationValues, KeepTheirPlaceWhenAssigned) {
-    MediaLocationValueTable video(MediaLocationValueTable::VideoRead);
-    video = MediaLocationValueTable(MediaLocationValueTable::PhotoWrite);
-    video.Save();
-    const char* const tree = "Media Locations\\Video\\Read Directories";
-    EXPECT_EQ(0u, RawKey(tree).NumberOf(L"Media Type"));
-    EXPECT_EQ(L"Photos", RawKey(Text(tree) + "\\00000000").TextOf(L"Directory"));
-    EXPECT_FALSE(RawKey::Exists("Media Locations\\Photo"));
 }
 
 /// The process reads the level once, so that each is seen in a test of its own.

@@ -88,20 +88,6 @@ TEST_F(Containers, PassLevelsOnAndAskTheirChildren) {
     other.SetValueAction(Value::RestartNeededAction);
     row.Channel = other;
     EXPECT_TRUE(table.RestartNeeded() && !table.RebootNeeded());
-    // A collection that is no row gives what collections give each other.
-    ValueCollection plain;
-    plain.SetValueAction(Value::RebootNeededAction);
-    static_cast<ValueCollection&>(row) = plain;
-    EXPECT_TRUE(table.RebootNeeded() && row.Minutes.GetValue() == 1);
-}
-
-TEST_F(Containers, KeepThousandsOfRows) {
-    Recordings many, loaded;
-    for (unsigned long i = 0; i < 2000; ++i) many.AddEntry(new Recording(i));
-    many.SaveRegistry("S");
-    EXPECT_EQ(1999u, NumberIn("S\\Tree\\000007cf", "Minutes"));
-    loaded.LoadRegistry("S");
-    EXPECT_EQ(many.SaveStringDataOnly(), loaded.SaveStringDataOnly());
 }
 
 /// Elements with gaps and odd names, and more of them where none belong.
