@@ -15,12 +15,12 @@ struct SettingsTree : testing::Test {
         for (const DWORD room : {DWORD{2}, size, size + 1}) {
             std::basic_string<Ch> buffer(300, Ch{'#'});
             DWORD length = room;
+            EXPECT_FALSE(toBuffer(section, 0, nullptr, &length) ||
+                         toBuffer(section, 0, buffer.data(), nullptr));
             EXPECT_EQ(room > size, toBuffer(section, 0, buffer.data(), &length));
             EXPECT_EQ(room > size ? size : room, length);
             EXPECT_TRUE(room <= size || buffer.c_str() == name);
             EXPECT_EQ(buffer.npos, buffer.find_first_not_of(Ch{'#'}, room));
-            EXPECT_FALSE(toBuffer(section, 0, nullptr, &length) ||
-                         toBuffer(section, 0, buffer.data(), nullptr));
         }
         Text<Ch> object = section ? section : T("");
         EXPECT_FALSE(toObject(section, 9, object) || toObject(T("Missing"), 0, object));
