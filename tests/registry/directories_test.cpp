@@ -7,34 +7,30 @@
 
 namespace {
 
-using kitbag::test::Pick;
-using kitbag::test::Text;
+using namespace kitbag::test;
 
-/// What the faked system functions answer, and the title of the last dialog.
-std::wstring executable, library, chosen, prompt;
+/// Where the modules lie, and the title of the last folder dialog.
+std::wstring folder, prompt;
 
 template <class Ch>
-DWORD WINAPI FakeModuleFile(HMODULE module, Ch* path, DWORD size) {
-    const std::wstring& file = module ? library : executable;
-    // As the system does it: a path that does not fit is cut off.
-    std::copy_n(Text<Ch>(file.begin(), file.end()).c_str(),
-                std::min<std::size_t>(file.size() + 1, size), path);
-    return std::min(static_cast<DWORD>(file.size()), size);
+DWORD WINAPI FakeModuleFile(HMODULE module, Ch* path, DWORD) {
+    const auto file = folder + (module ? L"\\lib\\Kitbag.dll" : L"\\bin\\sub\\app.exe");
+    *std::copy(file.begin(), file.end(), path) = Ch{};
+    return file.size();
 }
 
-template <class Ch, class Dialog>
+template <class Dialog>
 ITEMIDLIST* WINAPI FakeDialog(Dialog* dialog) {
-    const Text<Ch> title = dialog->lpszTitle;
+    const std::basic_string title(dialog->lpszTitle);
     prompt.assign(title.begin(), title.end());
-    return chosen.empty() ? nullptr : ::ILCreateFromPathW(chosen.c_str());
+    return ::ILCreateFromPathW((folder + L"\\films").c_str());
 }
 
-/// An executable at bin\sub\app.exe and the library at lib\Kitbag.dll, in a temporary folder.
+/// Some files, and none of the directories that the library looks for.
 template <class Ch>
-struct Directories : testing::Test, kitbag::test::Com, kitbag::test::TextFolder<Ch> {
+struct Directories : testing::Test, Com, TextFolder<Ch> {
     Directories() {
-        executable = (*this / "bin\\sub\\app.exe").wstring();
-        library = (*this / "lib\\Kitbag.dll").wstring();
+        folder = this->Path().wstring();
         for (const char* file : {"file", "films\\file", "bin\\file"}) this->Write(file);
     }
     /// What a getter answers; nothing where it answers false.
@@ -43,65 +39,46 @@ struct Directories : testing::Test, kitbag::test::Com, kitbag::test::TextFolder<
         return get(directory) ? directory : Text<Ch>();
     }
 
-    kitbag::test::RawKey settings{"Directories"};
-    kitbag::test::ImportPatch moduleFile{Pick<Ch>("GetModuleFileNameA", "GetModuleFileNameW"),
-                                         FakeModuleFile<Ch>};
-    kitbag::test::ImportPatch dialog{
-        Pick<Ch>("SHBrowseForFolderA", "SHBrowseForFolderW"),
-        Pick<Ch>(FakeDialog<char, BROWSEINFOA>, FakeDialog<wchar_t, BROWSEINFOW>)};
+    ImportPatch files{Pick<Ch>("GetModuleFileNameA", "GetModuleFileNameW"), FakeModuleFile<Ch>};
+    ImportPatch dialog{Pick<Ch>("SHBrowseForFolderA", "SHBrowseForFolderW"),
+                       Pick<Ch>(FakeDialog<BROWSEINFOA>, FakeDialog<BROWSEINFOW>)};
 };
-TYPED_TEST_SUITE(Directories, kitbag::test::TextForms, kitbag::test::TextFormName);
+TYPED_TEST_SUITE(Directories, TextForms, TextFormName);
 
 TYPED_TEST(Directories, AreRememberedOrFoundAboveTheExecutable) {
     using Ch = TypeParam;
-    for (const char* stored : {"films", "films\\"}) {
-        KB(SetConfigDirectory)(this->In(stored));
-        EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetConfigDirectory)));
-    }
-    for (const char* found : {"Config", "bin\\Config"}) {
-        KB(SetConfigDirectory)(this->In("file"));
-        this->Write(std::string(found) + "\\file");
-        EXPECT_EQ(this->In(found) + T("\\"), this->Ask(KB(GetConfigDirectory)));
-        EXPECT_FALSE(this->settings.Has(L"Config Directory"));
-    }
+    KB(SetConfigDirectory)(this->In("films\\"));
+    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetConfigDirectory)));
+    KB(SetConfigDirectory)(this->In("file"));
+    this->Write("bin\\Config\\file");
+    EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(KB(GetConfigDirectory)));
+    EXPECT_FALSE(RawKey("Directories").Has(L"Config Directory"));
     EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(KB(GetSkinDirectory)));
     this->Write("Skin\\file");
     EXPECT_EQ(this->In("Skin\\"), this->Ask(KB(GetSkinDirectory)));
-    executable.insert(executable.rfind(L'\\') + 1, 260, L'x');
-    EXPECT_EQ(T(""), this->Ask(KB(GetSkinDirectory)));
 }
 
-TYPED_TEST(Directories, AreFoundThroughLinks) {
+TYPED_TEST(Directories, AreAskedForOnceAndFoundThroughLinks) {
     using Ch = TypeParam;
+    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetDocDirectory)));
+    EXPECT_EQ(L"Point me at the docs directory please", std::exchange(prompt, L""));
+    EXPECT_EQ(folder + L"\\films\\", RawKey("Directories").TextOf(L"Docs Directory"));
+    KB(SetDocDirectory)(this->In("gone"));
     this->WriteLink("bin\\Docs.lnk", (*this / "films").string());
     EXPECT_EQ(T(""), this->Ask(KB(GetDocDirectory)));
+    EXPECT_EQ(L"", prompt);
     this->WriteLink("bin\\DocsDocs.lnk", (*this / "films").string());
     // The 16-bit form cannot follow: it is handed 8-bit text.
     EXPECT_EQ(Pick<Ch>(this->In("films\\"), Text<Ch>()), this->Ask(KB(GetDocDirectory)));
-}
-
-TYPED_TEST(Directories, AreAskedForOnce) {
-    using Ch = TypeParam;
-    chosen = (*this / "films").wstring();
-    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetDocDirectory)));
-    EXPECT_EQ(L"Point me at the docs directory please", std::exchange(prompt, L""));
-    EXPECT_EQ(chosen + L'\\', this->settings.TextOf(L"Docs Directory"));
-    KB(SetDocDirectory)(this->In("gone"));
-    EXPECT_EQ(T(""), this->Ask(KB(GetDocDirectory)));
-    EXPECT_EQ(L"", prompt);
-    chosen.clear();  // the user cancels
-    EXPECT_EQ(T(""), this->Ask(KB(GetConfigDirectory)));
-    EXPECT_EQ(L"Point me at the config directory please", prompt);
 }
 
 TYPED_TEST(Directories, OfDataAreCreatedOnceBesideTheLibrary) {
     using Ch = TypeParam;
     KB(SetDataDirectory)(this->In("file"));
     EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(KB(GetDataDirectory)));
-    EXPECT_EQ((*this / "lib\\Data\\").wstring(), this->settings.TextOf(L"Data Directory"));
+    EXPECT_EQ(folder + L"\\lib\\Data\\", RawKey("Directories").TextOf(L"Data Directory"));
     KB(SetDataDirectory)(this->In("gone\\"));
     EXPECT_EQ(T(""), this->Ask(KB(GetDataDirectory)));
-    EXPECT_FALSE(this->Has("gone"));
 }
 
 TYPED_TEST(Directories, OfDataAreCreatedWhereTheyAreRemembered) {
