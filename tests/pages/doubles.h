@@ -7,7 +7,6 @@
 #include <wrl/client.h>
 
 #include <functional>
-#include <string>
 #include <vector>
 
 namespace kitbag::test {
@@ -21,10 +20,8 @@ class Double : public Interface {
     virtual ~Double() { EXPECT_EQ(0, references); }
 
     STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        const bool answers = id == __uuidof(Interface) || id == IID_IUnknown;
-        *object = answers ? this : nullptr;
-        if (answers) AddRef();
-        return answers ? S_OK : E_NOINTERFACE;
+        *object = id == __uuidof(Interface) || id == IID_IUnknown ? this : nullptr;
+        return *object ? AddRef(), S_OK : E_NOINTERFACE;
     }
     STDMETHODIMP_(ULONG) AddRef() override { return static_cast<ULONG>(++references); }
     STDMETHODIMP_(ULONG) Release() override { return static_cast<ULONG>(--references); }
@@ -50,18 +47,17 @@ class GraphicFactory final : public Double<IKivGraphicFactory> {
                             IUnknown** script) override {
         return Note({file, directory, language, subLanguage}, script);
     }
-    STDMETHODIMP SaveScript(BSTR file, IUnknown*) override { return Note({file}, nullptr); }
+    STDMETHODIMP SaveScript(BSTR file, IUnknown*) override { return Note({file}); }
     STDMETHODIMP LoadImageFile(BSTR path, IUnknown** image) override { return Note({path}, image); }
 
     std::vector<std::wstring> calls;
     int refusals = 0;
-    Double<> object;
 
  private:
-    HRESULT Note(std::initializer_list<std::wstring> texts, IUnknown** result) {
+    HRESULT Note(std::initializer_list<std::wstring> texts, IUnknown** result = nullptr) {
         calls.insert(calls.end(), texts);
-        // An object handed out along with a failure must not leak either.
-        if (result) object.QueryInterface(IID_PPV_ARGS(result));
+        // It stands for scripts and images, too. One handed out along with a failure must not leak.
+        if (result) QueryInterface(IID_PPV_ARGS(result));
         return refusals-- > 0 ? STG_E_FILENOTFOUND : S_OK;
     }
 };
