@@ -27,59 +27,59 @@ void* WINAPI CancelDialog(void*) { return nullptr; }
 struct PageFactory : testing::Test {
     PageFactory() {
         ::CoInitialize(nullptr);
-        ::CoRegisterClassObject(CLSID_KivGraphicFactory, &class_, CLSCTX_INPROC_SERVER,
-                                REGCLS_MULTIPLEUSE, &cookie_);
+        ::CoRegisterClassObject(CLSID_KivGraphicFactory, &graphicClass, CLSCTX_INPROC_SERVER,
+                                REGCLS_MULTIPLEUSE, &cookie);
         KB_SetSkinDirectoryA(std::string("C:\\windows"));
-        EXPECT_TRUE(KB_CreateKivPageFactory(&factory_));
+        EXPECT_TRUE(KB_CreateKivPageFactory(&factory));
     }
-    ~PageFactory() override { ::CoRevokeClassObject(cookie_); }
+    ~PageFactory() override { ::CoRevokeClassObject(cookie); }
 
-    void Add(const wchar_t* name) { EXPECT_EQ(S_OK, factory_->AddPage(_bstr_t(name), nullptr)); }
+    void Add(const wchar_t* name) { EXPECT_EQ(S_OK, factory->AddPage(_bstr_t(name), nullptr)); }
     /// What an operation answers and leaves in its out pointer; only CreatePage does without one.
     using Outcome = std::pair<HRESULT, IUnknown*>;
     template <class Operation, class... Arguments>
     Outcome Call(Operation operation, Arguments... arguments) {
         if constexpr (!std::is_same_v<Operation, decltype(&Factory::CreatePage)>) {
-            EXPECT_EQ(E_POINTER, (factory_.Get()->*operation)(arguments..., nullptr));
+            EXPECT_EQ(E_POINTER, (factory.Get()->*operation)(arguments..., nullptr));
         }
-        IUnknown* out = &overwritten_;
-        const HRESULT result = (factory_.Get()->*operation)(arguments..., &out);
+        IUnknown* out = &overwritten;
+        const HRESULT result = (factory.Get()->*operation)(arguments..., &out);
         if (out) out->Release();
         return {result, out};
     }
-    Texts GraphicCalls() { return std::exchange(graphics_.calls, {}); }
+    Texts GraphicCalls() { return std::exchange(graphics.calls, {}); }
 
-    GraphicClass class_;
-    GraphicFactory& graphics_ = class_.graphics;
-    DWORD cookie_ = 0;
-    ImportPatch load_{"LoadLibraryA", LoadLocaleLibrary};
-    ImportPatch browse_{"SHBrowseForFolderA", CancelDialog};
-    TraceCapture trace_;
-    Double<> page_, other_, overwritten_;
-    Double<IKivPageOwner> owner_;
-    UserInterface userInterface_;
-    ComPtr<Factory> factory_;
+    GraphicClass graphicClass;
+    GraphicFactory& graphics = graphicClass.graphics;
+    DWORD cookie = 0;
+    ImportPatch load{"LoadLibraryA", LoadLocaleLibrary};
+    ImportPatch browse{"SHBrowseForFolderA", CancelDialog};
+    TraceCapture trace;
+    Double<> page, other, overwritten;
+    Double<IKivPageOwner> owner;
+    UserInterface userInterface;
+    ComPtr<Factory> factory;
 };
 
 TEST_F(PageFactory, RefusesWhatItCannotUse) {
     ComPtr<ISupportErrorInfo> errors;
-    ASSERT_EQ(S_OK, factory_.As(&errors));
+    ASSERT_EQ(S_OK, factory.As(&errors));
     EXPECT_EQ(S_OK, errors->InterfaceSupportsErrorInfo(IID_IKivPageFactory));
     EXPECT_EQ(S_FALSE, errors->InterfaceSupportsErrorInfo(IID_IDispatch));
-    EXPECT_EQ(E_INVALIDARG, factory_->AddPage(nullptr, nullptr));
-    EXPECT_EQ(E_INVALIDARG, factory_->AddPage(_bstr_t(L""), nullptr));
+    EXPECT_EQ(E_INVALIDARG, factory->AddPage(nullptr, nullptr));
+    EXPECT_EQ(E_INVALIDARG, factory->AddPage(_bstr_t(L""), nullptr));
     Add(std::wstring(10000, L'x').c_str());
     for (const LONG wrong : {-1, 1, 1000}) {
         EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetPage, wrong));
         EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetScript, wrong));
-        EXPECT_EQ(E_INVALIDARG, factory_->SetScript(wrong, &other_));
+        EXPECT_EQ(E_INVALIDARG, factory->SetScript(wrong, &other));
     }
-    EXPECT_EQ(E_POINTER, factory_->SetScript(0, nullptr));
-    EXPECT_EQ(E_POINTER, factory_->GetPageCount(nullptr));
-    EXPECT_EQ(E_POINTER, factory_->LoadResourceString(0, 399, nullptr));
+    EXPECT_EQ(E_POINTER, factory->SetScript(0, nullptr));
+    EXPECT_EQ(E_POINTER, factory->GetPageCount(nullptr));
+    EXPECT_EQ(E_POINTER, factory->LoadResourceString(0, 399, nullptr));
     // This program has no strings.
-    factory_->SetResourceModule(::GetModuleHandleA(nullptr));
-    EXPECT_EQ(E_FAIL, factory_->LoadResourceString(0, 399, _bstr_t().GetAddress()));
+    factory->SetResourceModule(::GetModuleHandleA(nullptr));
+    EXPECT_EQ(E_FAIL, factory->LoadResourceString(0, 399, _bstr_t().GetAddress()));
     EXPECT_FALSE(KB_CreateKivPageFactory(nullptr));
     EXPECT_FALSE(KB_CreateGraphicFactory(nullptr));
 }
@@ -87,12 +87,12 @@ TEST_F(PageFactory, RefusesWhatItCannotUse) {
 TEST_F(PageFactory, KeepsObjectsAndADefaultForTheOthers) {
     const auto get = &Factory::GetRegisteredObject;
     EXPECT_EQ(Outcome(S_OK, nullptr), Call(get, IID_IUnknown));
-    for (IUnknown* object : {&page_, &other_}) factory_->SetDefaultObject(object);
-    factory_->RegisterObject(IID_IUnknown, &page_);
-    EXPECT_EQ(Outcome(S_OK, &page_), Call(get, IID_IUnknown));
-    EXPECT_EQ(Outcome(S_OK, &other_), Call(get, IID_IDispatch));
-    factory_->RegisterObject(IID_IUnknown, nullptr);
-    EXPECT_EQ(Outcome(S_OK, &other_), Call(get, IID_IUnknown));
+    for (IUnknown* object : {&page, &other}) factory->SetDefaultObject(object);
+    factory->RegisterObject(IID_IUnknown, &page);
+    EXPECT_EQ(Outcome(S_OK, &page), Call(get, IID_IUnknown));
+    EXPECT_EQ(Outcome(S_OK, &other), Call(get, IID_IDispatch));
+    factory->RegisterObject(IID_IUnknown, nullptr);
+    EXPECT_EQ(Outcome(S_OK, &other), Call(get, IID_IUnknown));
 }
 
 TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
@@ -103,34 +103,34 @@ TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {
     } const calls[] = {
         {2, {}, {E_INVALIDARG, nullptr}, {}},
         // All pages go on after a failure, of which the last one is answered.
-        {-1, {{E_ABORT, nullptr}, {S_FALSE, &page_}}, {E_ABORT, nullptr}, {nullptr, &page_}},
-        {-2, {{E_ABORT, nullptr}, {E_FAIL, nullptr}}, {E_FAIL, nullptr}, {nullptr, &page_}},
-        {-1, {{S_FALSE, &page_}, {S_FALSE, &page_}}, {S_OK, nullptr}, {&page_, &page_}},
+        {-1, {{E_ABORT, nullptr}, {S_FALSE, &page}}, {E_ABORT, nullptr}, {nullptr, &page}},
+        {-2, {{E_ABORT, nullptr}, {E_FAIL, nullptr}}, {E_FAIL, nullptr}, {nullptr, &page}},
+        {-1, {{S_FALSE, &page}, {S_FALSE, &page}}, {S_OK, nullptr}, {&page, &page}},
         // A failure keeps the page, even one that hands out another.
-        {1, {{}, {E_ACCESSDENIED, &other_}}, {E_ACCESSDENIED, nullptr}, {&page_, &page_}},
-        {1, {{}, {S_FALSE, &other_}}, {S_FALSE, &other_}, {&page_, &other_}},
-        {1, {{}, {S_OK, nullptr}}, {S_OK, nullptr}, {&page_, nullptr}},
+        {1, {{}, {E_ACCESSDENIED, &other}}, {E_ACCESSDENIED, nullptr}, {&page, &page}},
+        {1, {{}, {S_FALSE, &other}}, {S_FALSE, &other}, {&page, &other}},
+        {1, {{}, {S_OK, nullptr}}, {S_OK, nullptr}, {&page, nullptr}},
     };
-    EXPECT_EQ(Outcome(E_POINTER, nullptr), Call(&Factory::CreatePage, 0, nullptr, &owner_));
-    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::CreatePage, 0, &userInterface_, &owner_));
+    EXPECT_EQ(Outcome(E_POINTER, nullptr), Call(&Factory::CreatePage, 0, nullptr, &owner));
+    EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::CreatePage, 0, &userInterface, &owner));
     for (const wchar_t* name : {L"0", L"1"}) Add(name);
     for (const auto& [index, answers, outcome, kept] : calls) {
-        IKivPageOwner* const owner = index < 0 ? nullptr : &owner_;
-        userInterface_.create = [&](auto* handed, auto*, LONG asked, IUnknown** page) {
-            EXPECT_TRUE(owner ? handed == owner : handed != nullptr);
-            ComPtr<IUnknown>(answers[asked].second).CopyTo(page);
+        IKivPageOwner* const given = index < 0 ? nullptr : &owner;
+        userInterface.create = [&](auto* handed, auto*, LONG asked, IUnknown** out) {
+            EXPECT_TRUE(given ? handed == given : handed != nullptr);
+            ComPtr<IUnknown>(answers[asked].second).CopyTo(out);
             return answers[asked].first;
         };
-        EXPECT_EQ(outcome, Call(&Factory::CreatePage, index, &userInterface_, owner));
+        EXPECT_EQ(outcome, Call(&Factory::CreatePage, index, &userInterface, given));
         for (const LONG i : {0, 1}) EXPECT_EQ(Outcome(S_OK, kept[i]), Call(&Factory::GetPage, i));
     }
-    trace_.Expect({"CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n",
-                   "CKivPageFactory::CreatePage - No filenames for pages given\n",
-                   "CKivPageFactory::CreatePage - Index invalid\n",
-                   "CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
-                   "CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
-                   "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80004005)\n",
-                   "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80070005)\n"});
+    trace.Expect({"CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n",
+                  "CKivPageFactory::CreatePage - No filenames for pages given\n",
+                  "CKivPageFactory::CreatePage - Index invalid\n",
+                  "CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
+                  "CKivPageFactory::CreatePage - Failed to create page '0' (HRESULT:80004004)\n",
+                  "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80004005)\n",
+                  "CKivPageFactory::CreatePage - Failed to create page '1' (HRESULT:80070005)\n"});
 }
 
 TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
@@ -144,17 +144,17 @@ TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
     for (LONG index = 0; const auto& [skin, name, file, directory] : cases) {
         KB_SetSkinDirectoryW(skin);
         Add(name);
-        EXPECT_EQ(Outcome(S_OK, &graphics_), Call(&Factory::GetScript, index));
-        EXPECT_EQ(S_OK, factory_->SetScript(index++, &other_));
+        EXPECT_EQ(Outcome(S_OK, &graphics), Call(&Factory::GetScript, index));
+        EXPECT_EQ(S_OK, factory->SetScript(index++, &other));
         EXPECT_EQ((Texts{file, directory, L"L:\\de", L"L:\\de-AT\\", file}), GraphicCalls());
     }
-    trace_.Expect({"CKivPageFactory::GetScript - Can't get skin directory\n",
-                   "CKivPageFactory::SetScript - Can't get skin directory\n"});
-    graphics_.refusals = 1;
+    trace.Expect({"CKivPageFactory::GetScript - Can't get skin directory\n",
+                  "CKivPageFactory::SetScript - Can't get skin directory\n"});
+    graphics.refusals = 1;
     EXPECT_EQ(Outcome(STG_E_FILENOTFOUND, nullptr), Call(&Factory::GetScript, 0));
-    ::CoRevokeClassObject(cookie_);
+    ::CoRevokeClassObject(cookie);
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScript, 1));
-    EXPECT_EQ(E_FAIL, factory_->SetScript(1, &other_));
+    EXPECT_EQ(E_FAIL, factory->SetScript(1, &other));
 }
 
 TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
@@ -166,15 +166,15 @@ TEST_F(PageFactory, TakesImagesFromTheMostParticularDirectory) {
     Call(&Factory::GetScript, 0);
     for (const auto get : {&Factory::GetScriptImage, &Factory::GetScriptImage2}) {
         GraphicCalls();
-        graphics_.refusals = 2;
-        EXPECT_EQ(Outcome(S_OK, &graphics_), Call(get, 7, _bstr_t(L"a.gif")));
+        graphics.refusals = 2;
+        EXPECT_EQ(Outcome(S_OK, &graphics), Call(get, 7, _bstr_t(L"a.gif")));
         EXPECT_EQ(all, GraphicCalls());
     }
     KB_SetSkinDirectoryW(L"C:\\no such folder");
-    graphics_.refusals = 2;
+    graphics.refusals = 2;
     EXPECT_EQ(Outcome(E_FAIL, nullptr), Call(&Factory::GetScriptImage, 7, _bstr_t(L"a.gif")));
     EXPECT_EQ((Texts{all[0], all[1]}), GraphicCalls());
-    trace_.Expect({"CKivPageFactory::GetScriptImage - Can't get skin directory\n"});
+    trace.Expect({"CKivPageFactory::GetScriptImage - Can't get skin directory\n"});
 }
 
 }  // namespace

@@ -62,9 +62,9 @@ struct Registration : testing::Test {
         return std::regex_replace(dump, std::regex("(---.*\n.*)?<p>\n(Software.*Classes)?"), "|");
     }
 
-    ImportPatch lock_{"LockResource", LockScript};
-    ImportPatch size_{"SizeofResource", SizeOfScript};
-    ImportPatch typeLibrary_{"RegisterTypeLib", RegisterNothing};
+    ImportPatch lock{"LockResource", LockScript};
+    ImportPatch size{"SizeofResource", SizeOfScript};
+    ImportPatch typeLibrary{"RegisterTypeLib", RegisterNothing};
 };
 
 TEST_F(Registration, TakesEverythingBackWhereEvenTheTypeLibrarysOwnFileFails) {
