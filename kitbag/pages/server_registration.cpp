@@ -59,7 +59,8 @@ HRESULT UpdatePageFactoryRegistration(bool install) {
         {L"MODULE", LibraryFile()},
     };
     const std::wstring script = ScriptText();
-    if (script.empty()) return HRESULT_FROM_WIN32(::GetLastError());
+    constexpr LONG missing = ERROR_RESOURCE_DATA_NOT_FOUND;
+    if (script.empty()) return HRESULT_FROM_WIN32(missing);
     try {
         const auto roots = ParseRegistrationScript(script, replacements);
         return install ? WriteRegistration(roots) : RemoveRegistration(roots);
