@@ -96,6 +96,10 @@ TEST(Concurrency, KeepsTheSettingsOfEveryThread) {
             const TWinString<char> text(length, thread);
             TWinString<char> read;
             EXPECT_TRUE(KB_SetTStringA(text.c_str(), "Own", text));
+            EXPECT_TRUE(KB_SetTStringA("Shared", "Text", text));
+            // Not readable where another thread lengthens it meanwhile.
+            EXPECT_TRUE(!KB_GetTStringA("Shared", "Text", read) ||
+                        read == std::string(read.size(), read[0]));
             EXPECT_TRUE(KB_GetTStringA(text.c_str(), "Own", read) && read == text);
         }
     });
