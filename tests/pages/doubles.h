@@ -50,16 +50,15 @@ class GraphicFactory final : public Double<IKivGraphicFactory> {
     STDMETHODIMP SaveScript(BSTR file, IUnknown*) override { return Note({file}); }
     STDMETHODIMP LoadImageFile(BSTR path, IUnknown** image) override { return Note({path}, image); }
 
-    std::vector<std::wstring> calls;
-    int refusals = 0;
-
- private:
     HRESULT Note(std::initializer_list<std::wstring> texts, IUnknown** result = nullptr) {
         calls.insert(calls.end(), texts);
         // It stands for scripts and images, too. One handed out along with a failure must not leak.
         if (result) QueryInterface(IID_PPV_ARGS(result));
         return refusals-- > 0 ? STG_E_FILENOTFOUND : S_OK;
     }
+
+    std::vector<std::wstring> calls;
+    int refusals = 0;
 };
 
 /// The class object through which COM finds that graphic factory.

@@ -3,11 +3,8 @@
 
 #include <tests/support/private_registry.h>
 
-#include <algorithm>
-#include <cstring>
 #include <optional>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace kitbag::test {
@@ -26,10 +23,8 @@ inline std::optional<std::string> BytesIn(const std::string& section, const std:
 template <class Number = DWORD>
 std::optional<Number> NumberIn(const std::string& section, const std::string& name) {
     const auto bytes = BytesIn(section, name, REG_DWORD);
-    DWORD number = 0;
-    if (!bytes || bytes->size() != sizeof number) return {};
-    std::memcpy(&number, bytes->data(), sizeof number);
-    return static_cast<Number>(number);
+    if (!bytes || bytes->size() != sizeof(DWORD)) return {};
+    return static_cast<Number>(*reinterpret_cast<const DWORD*>(bytes->data()));
 }
 
 /// The last character counts as the terminator, whatever it is.
@@ -39,26 +34,21 @@ inline std::optional<std::string> TextIn(const std::string& section, const std::
     return text;
 }
 
-/// Stores at random, the same in every run.
-class Vandal {
- public:
-    DWORD Below(std::size_t bound) { return random_() % bound; }
+/// At random, the same in every run.
+inline DWORD Below(std::size_t bound) {
+    static std::mt19937 random(19);
+    return random() % bound;
+}
 
-    /// Mostly one of the texts or a number, whole and of its own type; else rubbish or nothing.
-    void Store(const RawKey& key, const wchar_t* name, const std::vector<std::wstring>& texts) {
-        const std::wstring& text = texts[Below(texts.size())];
-        std::string bytes(reinterpret_cast<const char*>(text.c_str()), 2 * text.size() + 2);
-        const DWORD types[] = {REG_SZ, REG_SZ, REG_SZ, REG_DWORD, REG_DWORD, Below(13)};
-        const DWORD type = types[Below(std::size(types))];
-        if (type == REG_DWORD) bytes.assign(sizeof(DWORD), static_cast<char>(Below(3)));
-        if (!Below(5)) std::ranges::generate(bytes, [&] { return static_cast<char>(~Below(255)); });
-        if (!Below(5)) bytes.resize(Below(bytes.size()));
-        ::RegDeleteValueW(key.Get(), name);
-        if (Below(5)) key.Set(name, type, bytes.data(), static_cast<DWORD>(bytes.size()));
-    }
-
- private:
-    std::mt19937 random_{19};
-};
+/// Mostly one of the texts or a number, whole and of its own type; else a part, or nothing.
+inline void Store(const RawKey& key, const wchar_t* name, const std::vector<std::wstring>& texts) {
+    const std::wstring& text = texts[Below(texts.size())];
+    std::string bytes(reinterpret_cast<const char*>(text.c_str()), 2 * text.size() + 2);
+    const DWORD type = Below(2) ? REG_SZ : Below(4) ? REG_DWORD : Below(13);
+    if (type == REG_DWORD) bytes.assign(sizeof(DWORD), static_cast<char>(Below(3) - 1));
+    if (!Below(5)) bytes.resize(Below(bytes.size()));
+    ::RegDeleteValueW(key.Get(), name);
+    if (Below(5)) key.Set(name, type, bytes.data(), static_cast<DWORD>(bytes.size()));
+}
 
 }  // namespace kitbag::test
