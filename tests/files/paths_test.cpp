@@ -67,6 +67,17 @@ TYPED_TEST(Paths, AreCreatedUpToTheLastSeparatorAndDeletedAsFarAsTheSystemAllows
     EXPECT_NE(FALSE, KB(DeleteDirectory)((tree + T("\\")).c_str()));
 }
 
+HANDLE WINAPI ExpectRoot(const char* pattern, WIN32_FIND_DATAA*) {
+    EXPECT_STREQ("\\*", pattern);
+    return INVALID_HANDLE_VALUE;
+}
+
+TEST(NoPath, MeansTheRootOfTheCurrentDrive) {
+    // Never for real: it would be emptied.
+    const ImportPatch search("FindFirstFileA", ExpectRoot);
+    EXPECT_FALSE(KB_DeleteDirectoryA("") || KB_DeleteDirectoryA(nullptr));
+}
+
 TYPED_TEST(Paths, AreReadFromLinksIn8BitsInBothForms) {
     using Ch = TypeParam;
     this->WriteLink("link", "C:\\windows");

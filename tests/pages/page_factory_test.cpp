@@ -74,6 +74,9 @@ TEST_F(PageFactory, RefusesWhatItCannotUse) {
         EXPECT_EQ(E_INVALIDARG, factory->SetScript(wrong, &other));
     }
     EXPECT_EQ(E_POINTER, factory->SetScript(0, nullptr));
+    EXPECT_EQ(E_POINTER, factory->GetPageCount(nullptr));
+    EXPECT_EQ(E_POINTER, factory->LoadResourceString(0, 399, nullptr));
+    EXPECT_FALSE(KB_CreateKivPageFactory(nullptr) || KB_CreateGraphicFactory(nullptr));
     // This program has no strings.
     factory->SetResourceModule(::GetModuleHandleA(nullptr));
     EXPECT_EQ(E_FAIL, factory->LoadResourceString(0, 399, _bstr_t().GetAddress()));
@@ -86,6 +89,8 @@ TEST_F(PageFactory, KeepsObjectsAndADefaultForTheOthers) {
     factory->RegisterObject(IID_IUnknown, &page);
     EXPECT_EQ(Outcome(S_OK, &page), Call(get, IID_IUnknown));
     EXPECT_EQ(Outcome(S_OK, &other), Call(get, IID_IDispatch));
+    factory->RegisterObject(IID_IUnknown, nullptr);
+    EXPECT_EQ(Outcome(S_OK, &other), Call(get, IID_IUnknown));
 }
 
 TEST_F(PageFactory, KeepsThePagesThatTheUserInterfaceCreates) {

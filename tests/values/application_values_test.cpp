@@ -115,6 +115,7 @@ TEST_P(Levels, ShowValuesFromTheirOwnOn) {
         EXPECT_EQ(user <= level, KB_UILevelShowValue(&value));
         // By the detail that is shown, not by the number.
         EXPECT_EQ(std::max(user, level), KB_LowestInterfaceLevel(level, user));
+        EXPECT_EQ(std::min(user, level), KB_HighestInterfaceLevel(level, user));
     }
     value.SetValueAction(Value::HiddenAction);
     EXPECT_EQ(user == 0, KB_UILevelShowValue(&value));
