@@ -10,8 +10,20 @@
 
 namespace kitbag::test {
 
-class Surroundings {
- public:
+/// Shows the initial folder and one selection, then is confirmed.
+template <class Dialog>
+ITEMIDLIST* WINAPI Browse(Dialog* dialog) {
+    ITEMIDLIST* chosen = nullptr;
+    ::SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &chosen);
+    for (const LPARAM folder : {dialog->lParam, LPARAM{}})
+        dialog->lpfn(nullptr, BFFM_INITIALIZED, 0, folder);
+    dialog->lpfn(nullptr, BFFM_SELCHANGED, reinterpret_cast<LPARAM>(chosen), 0);
+    return chosen;
+}
+
+inline DWORD ticks = 0;
+
+struct Surroundings {
     Surroundings() {
         HKEY classes = nullptr;
         ::RegCreateKeyA(HKEY_LOCAL_MACHINE, "Classes", &classes);
@@ -20,56 +32,33 @@ class Surroundings {
     }
     ~Surroundings() { ::RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
 
- private:
-    /// Shows the initial folder and one selection, then is confirmed.
-    template <class Dialog>
-    static ITEMIDLIST* WINAPI Browse(Dialog* dialog) {
-        ITEMIDLIST* chosen = nullptr;
-        ::SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &chosen);
-        dialog->lpfn(nullptr, BFFM_INITIALIZED, 0, dialog->lParam);
-        dialog->lpfn(nullptr, BFFM_INITIALIZED, 0, 0);
-        dialog->lpfn(nullptr, BFFM_SELCHANGED, reinterpret_cast<LPARAM>(chosen), 0);
-        return chosen;
-    }
-
-    static UINT WINAPI FindDrive(LPCSTR) { return DRIVE_CDROM; }
-    /// A volume is anything that can be opened.
-    static HANDLE WINAPI Open(LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* rights,
-                              DWORD creation, DWORD flags, HANDLE model) {
-        const bool isVolume = std::strncmp(path, R"(\\.\)", 4) == 0;
-        return ::CreateFileA(isVolume ? "NUL" : path, access, share, rights, creation, flags,
-                             model);
-    }
-
-    /// Hears a key at once.
-    static HHOOK WINAPI InstallHook(int, HOOKPROC hook, HINSTANCE, DWORD) {
-        hook(HC_ACTION, 'A', 0);
-        return reinterpret_cast<HHOOK>(4);
-    }
-    static BOOL WINAPI RemoveHook(HHOOK) { return TRUE; }
-    /// Wine's library of Windows 9x's network ends the process.
-    static FARPROC WINAPI FindFunction(HMODULE module, LPCSTR name) {
-        const bool isMissing = module == ::GetModuleHandleA("svrapi.dll") ||
-                               std::strcmp(name, "GetLastInputInfo") == 0;
-        return isMissing ? nullptr : ::GetProcAddress(module, name);
-    }
-
-    /// Far apart, so that measuring the processor's speed takes two readings.
-    static DWORD WINAPI CountTicks() { return ticks_ += 1500; }
-    static void WINAPI DoNotWait(DWORD) {}
-    static std::FILE* OpenNothing(const char*, const char* mode) { return std::fopen("NUL", mode); }
-
-    static inline DWORD ticks_ = 0;
-    const ImportPatch patches_[10] = {{"SHBrowseForFolderA", Browse<BROWSEINFOA>},
-                                      {"SHBrowseForFolderW", Browse<BROWSEINFOW>},
-                                      {"GetDriveTypeA", FindDrive},
-                                      {"CreateFileA", Open},
-                                      {"SetWindowsHookExA", InstallHook},
-                                      {"UnhookWindowsHookEx", RemoveHook},
-                                      {"GetProcAddress", FindFunction},
-                                      {"GetTickCount", CountTicks},
-                                      {"Sleep", DoNotWait},
-                                      {"fopen", OpenNothing}};
+    const ImportPatch patches[10] = {
+        {"SHBrowseForFolderA", Browse<BROWSEINFOA>},
+        {"SHBrowseForFolderW", Browse<BROWSEINFOW>},
+        {"GetDriveTypeA", +[](LPCSTR) WINAPI -> UINT { return DRIVE_CDROM; }},
+        // A volume is anything that can be opened.
+        {"CreateFileA",
+         +[](LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* rights, DWORD creation,
+             DWORD flags, HANDLE model) WINAPI {
+             if (std::strncmp(path, R"(\\.\)", 4) == 0) path = "NUL";
+             return ::CreateFileA(path, access, share, rights, creation, flags, model);
+         }},
+        // Hears a key at once.
+        {"SetWindowsHookExA",
+         +[](int, HOOKPROC hook, HINSTANCE, DWORD)
+              WINAPI { return reinterpret_cast<HHOOK>(4 + hook(HC_ACTION, 'A', 0)); }},
+        {"UnhookWindowsHookEx", +[](HHOOK) WINAPI -> BOOL { return TRUE; }},
+        // Wine's library of Windows 9x's network ends the process.
+        {"GetProcAddress",
+         +[](HMODULE module, LPCSTR name) WINAPI {
+             const bool isMissing = module == ::GetModuleHandleA("svrapi.dll") ||
+                                    !std::strcmp(name, "GetLastInputInfo");
+             return isMissing ? nullptr : ::GetProcAddress(module, name);
+         }},
+        // Far apart, so that measuring the processor's speed takes two readings.
+        {"GetTickCount", +[]() WINAPI { return ticks += 1500; }},
+        {"Sleep", +[](DWORD) WINAPI {}},
+        {"fopen", +[](const char*, const char* mode) { return std::fopen("NUL", mode); }}};
 };
 
 }  // namespace kitbag::test

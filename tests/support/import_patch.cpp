@@ -13,19 +13,13 @@ Record* At(HMODULE module, auto offset) {
     return reinterpret_cast<Record*>(reinterpret_cast<BYTE*>(module) + offset);
 }
 
-/// The module's record of the kind IMAGE_DIRECTORY_ENTRY_...
-template <class Record>
-Record* Directory(HMODULE module, int kind) {
-    const LONG headers = At<IMAGE_DOS_HEADER>(module, 0)->e_lfanew;
-    const auto& optional = At<IMAGE_NT_HEADERS>(module, headers)->OptionalHeader;
-    return At<Record>(module, optional.DataDirectory[kind].VirtualAddress);
-}
-
 /// Where the addresses of the imported functions stand.
 std::map<std::string, DWORD_PTR*> ImportsOf(HMODULE module) {
+    const LONG headers = At<IMAGE_DOS_HEADER>(module, 0)->e_lfanew;
+    const auto& optional = At<IMAGE_NT_HEADERS>(module, headers)->OptionalHeader;
+    const DWORD table = optional.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     std::map<std::string, DWORD_PTR*> imports;
-    auto* library = Directory<IMAGE_IMPORT_DESCRIPTOR>(module, IMAGE_DIRECTORY_ENTRY_IMPORT);
-    for (; library->Name; ++library) {
+    for (auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(module, table); library->Name; ++library) {
         auto* slot = At<DWORD_PTR>(module, library->FirstThunk);
         for (auto* name = At<DWORD>(module, library->OriginalFirstThunk); *name; ++name, ++slot)
             if (!IMAGE_SNAP_BY_ORDINAL(*name))
@@ -52,18 +46,10 @@ ImportPatch::~ImportPatch() {
     if (slot_) Write(slot_, original_);
 }
 
-std::vector<std::string> ImportedNames(const char* module) {
+std::vector<std::string> ImportedNames() {
     std::vector<std::string> names;
-    for (const auto& [name, slot] : ImportsOf(::GetModuleHandleA(module))) names.push_back(name);
-    return names;
-}
-
-std::vector<std::string> ExportedNames(const char* module) {
-    HMODULE base = ::GetModuleHandleA(module);
-    auto* exports = Directory<IMAGE_EXPORT_DIRECTORY>(base, IMAGE_DIRECTORY_ENTRY_EXPORT);
-    auto* offsets = At<DWORD>(base, exports->AddressOfNames);
-    std::vector<std::string> names(exports->NumberOfNames);
-    for (std::string& name : names) name = At<char>(base, *offsets++);
+    for (const auto& import : ImportsOf(::GetModuleHandleA("Kitbag.dll")))
+        names.push_back(import.first);
     return names;
 }
 

@@ -1,7 +1,6 @@
 // Replaces one system function in the shipping library, to fake it or to make it fail.
 //
-//     LSTATUS WINAPI Refuse(HKEY, LPCSTR, DWORD, REGSAM, PHKEY) { return ERROR_ACCESS_DENIED; }
-//     ImportPatch patch("RegOpenKeyExA", Refuse);
+//     ImportPatch patch("CopyFileA", +[](LPCSTR, LPCSTR, BOOL) WINAPI -> BOOL { return FALSE; });
 #pragma once
 
 #include <windows.h>
@@ -24,12 +23,11 @@ class ImportPatch {
  private:
     ImportPatch(const char* name, DWORD_PTR fake, HMODULE module);
 
-    DWORD_PTR* slot_;
+    DWORD_PTR* const slot_;
     DWORD_PTR original_ = 0;
 };
 
-/// The names of everything that the module imports and exports; null is the program itself.
-std::vector<std::string> ImportedNames(const char* module = "Kitbag.dll");
-std::vector<std::string> ExportedNames(const char* module = "Kitbag.dll");
+/// The names of everything that the library imports.
+std::vector<std::string> ImportedNames();
 
 }  // namespace kitbag::test

@@ -19,7 +19,7 @@ class TemporaryFolder {
     TemporaryFolder(TemporaryFolder&&) = delete;
 
     const std::filesystem::path& Path() const { return path_; }
-    std::filesystem::path operator/(const char* name) const { return path_ / name; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
  private:
     static inline int count_ = 0;
