@@ -50,8 +50,7 @@ bool Call(Answer function(Parameters...), Given&... given) {
 }
 
 /// Takes functions, and calls them one after the other.
-template <class... Given>
-auto With(Given&&... given) {
+auto With(auto&&... given) {
     return [&](auto... functions) { (Call(functions, given...), ...); };
 }
 
@@ -60,14 +59,12 @@ void UseRegistry() {
     const Ch *const parent = T("Faults"), *const section = T("Faults\\Section");
     With(section, T("Value"))(KB(SetBool), KB(GetBool), KB(SetDWORD), KB(GetDWORD), KB(SetInt),
                               KB(GetInt), KB(SetTString), KB(GetTString), KB(SetBSTR), KB(GetBSTR),
-                              KB(SetString), KB(GetString), KB(SetData), KB(GetData),
-                              KB(GetDataSize));
+                              KB(SetString), KB(GetString), KB(SetData), KB(GetData));
+    With(section, T("Value"), Argument<DWORD*>())(KB(GetDataSize));
     With(parent, 0u)(KB(EnumKey), KB(EnumKeyTString));
     With(section, 0u)(KB(EnumValue), KB(EnumValueTString));
-    Text<Ch> dump;
-    With(parent, dump)(KB(DumpRegistry));
-    With(section, T("Value"))(KB(DeleteValue));
-    With(parent, T("Section"))(KB(DeleteKey));
+    With(parent, Text<Ch>())(KB(DumpRegistry));
+    With(section, T("Value"))(KB(DeleteValue), KB(DeleteKey));
     With(parent)(KB(GetKeyCount), KB(GetValueCount), KB(DeleteSection));
 }
 
@@ -80,18 +77,15 @@ void UseFiles() {
     With(folder.In("file").c_str(), folder.In("made/copy").c_str())(KB(CopyFileDeep));
     With(folder.In("made").c_str())(KB(DeleteDirectory));
     KB_FileCRC((folder / "file").string().c_str());
-    Ch path[MAX_PATH] = {'a', '?', 0}, other[MAX_PATH];
-    With(path)(KB(ValidateFilename), KB(ValidatePath), KB(ValidateComputerName), KB(SetIErrorInfo),
-               KB(BrowseForFolder));
-    With(folder.In("link.lnk").c_str(), path, other)(KB(GetLinkInfo));
-    With(T("C:\\file"))(KB(LocalToUNC));
-    With(T("\\\\computer\\share\\file"), path)(KB(UNCToLocal));
-    With(T("Kitbag.dll"))(KB(GetModuleVersion));
+    With(folder.In("link.lnk").c_str(), Argument<Ch*>(), Argument<Ch*>())(KB(GetLinkInfo));
+    With()(KB(ValidateFilename), KB(ValidatePath), KB(ValidateComputerName), KB(SetIErrorInfo),
+           KB(BrowseForFolder));
+    With(T("C:\\windows\\system32\\shell32.dll"))(KB(LocalToUNC), KB(GetModuleVersion));
+    With(T("\\\\computer\\share\\file"), Argument<Ch*>())(KB(UNCToLocal));
     With(folder.In("new"))(KB(SetConfigDirectory), KB(SetSkinDirectory), KB(SetDataDirectory),
                            KB(SetDocDirectory));
-    Text<Ch> directory;
-    With(directory)(KB(GetConfigDirectory), KB(GetSkinDirectory), KB(GetDataDirectory),
-                    KB(GetDocDirectory));
+    With(Text<Ch>())(KB(GetConfigDirectory), KB(GetSkinDirectory), KB(GetDataDirectory),
+                     KB(GetDocDirectory));
 }
 
 inline void UseSystem() {
@@ -101,8 +95,7 @@ inline void UseSystem() {
     With('D')(KB_EjectVolume);
     With(HMODULE{})(KB_GetMemModuleVersion);
     const char* const file = "C:\\windows\\system32\\shell32.dll";
-    DWORD time = 0;
-    With(file, "Faults", &time, &time)(KB_GetStoredLinkTime);
+    With(file, "Faults", Argument<DWORD*>(), Argument<DWORD*>())(KB_GetStoredLinkTime);
     With(file, "Faults")(KB_IsNewModule, KB_IsNewerModule, KB_ForceNewModule);
     CModuleVersion version(file);
     if (version.Read()) version.GetStringValue("CompanyName");
@@ -138,12 +131,13 @@ inline void UseValues() {
     music.Sort("Directory");
     music.Save();
     MediaLocationValueTable(music).LoadRegistry("Faults\\Values");
-    With (&music)(KB_GetAsBooleanValue, KB_GetAsByteArrayValue, KB_GetAsExternalProgramValueTable,
-                  KB_GetAsExternalProgramValueTableEntry, KB_GetAsFilenameValue, KB_GetAsGuidValue,
-                  KB_GetAsIdentValue, KB_GetAsInt32Value, KB_GetAsMediaLocationValueTable,
-                  KB_GetAsMediaLocationValueTableEntry, KB_GetAsTStringValue, KB_GetAsUInt32Enum,
-                  KB_GetAsUInt32Value, KB_GetAsValueCollection, KB_GetAsValueList,
-                  KB_GetAsValueTable, KB_GetAsValueTableEntry, KB_UILevelShowValue);
+    const Value* const value = &music;
+    With(value)(KB_GetAsBooleanValue, KB_GetAsByteArrayValue, KB_GetAsExternalProgramValueTable,
+                KB_GetAsExternalProgramValueTableEntry, KB_GetAsFilenameValue, KB_GetAsGuidValue,
+                KB_GetAsIdentValue, KB_GetAsInt32Value, KB_GetAsMediaLocationValueTable,
+                KB_GetAsMediaLocationValueTableEntry, KB_GetAsTStringValue, KB_GetAsUInt32Enum,
+                KB_GetAsUInt32Value, KB_GetAsValueCollection, KB_GetAsValueList, KB_GetAsValueTable,
+                KB_GetAsValueTableEntry, KB_UILevelShowValue);
     With()(KB_GetUserInterfaceLevel, KB_ShowUserInterfaceLevel, KB_CompareUserInterfaceLevels,
            KB_LowestInterfaceLevel, KB_HighestInterfaceLevel);
 }
@@ -153,15 +147,12 @@ struct Worker : EventThread {
     bool OnTimeout() override { return true; }
 };
 
-inline void UseThreads() {
+inline void UseRuntime() {
     Worker worker;
     worker.Start(THREAD_PRIORITY_NORMAL, 1);
     worker.TriggerEvent();
     worker.Stop();
     TimeDelayAction().DoAction(1);
-}
-
-inline void UseLogger() {
     KB_SetBoolA("Debug\\Performance", "Faults Enable", true);
     PerformanceLogger logger("Faults", "");
     TimePerformanceMeasurement time(logger, "Time", "", 0, "");
@@ -180,19 +171,15 @@ inline void UsePages() {
     DWORD cookie = 0;
     ::CoRegisterClassObject(CLSID_KivGraphicFactory, &graphics, CLSCTX_INPROC_SERVER,
                             REGCLS_MULTIPLEUSE, &cookie);
-    ComPtr<IKivGraphicFactory> graphicFactory;
-    KB_CreateGraphicFactory(&graphicFactory);
+    KB_CreateGraphicFactory(ComPtr<IKivGraphicFactory>().GetAddressOf());
     ComPtr<IKivPageFactory> factory;
-    ComPtr<IUnknown> object;
-    ComPtr<ITypeInfo> type;
-    _bstr_t text;
     if (KB_CreateKivPageFactory(&factory)) {
         factory->AddPage(_bstr_t(L"Main.page"), nullptr);
         factory->CreatePage(-1, &userInterface, nullptr, nullptr);
-        factory->GetScript(0, &object);
-        factory->GetScriptImage(0, _bstr_t(L"image.gif"), &object);
-        factory->LoadResourceString(0, 101, text.GetAddress());
-        factory->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type);
+        factory->GetScript(0, ComPtr<IUnknown>().GetAddressOf());
+        factory->GetScriptImage(0, _bstr_t(L"image.gif"), ComPtr<IUnknown>().GetAddressOf());
+        factory->LoadResourceString(0, 101, _bstr_t().GetAddress());
+        factory->GetTypeInfo(0, LOCALE_USER_DEFAULT, ComPtr<ITypeInfo>().GetAddressOf());
     }
     ::CoRevokeClassObject(cookie);
 }
@@ -201,11 +188,10 @@ inline void UsePages() {
 /// failed call promises to leave alone are checked. Leaves nothing open.
 inline void RunWorkload() {
     const Com com;
-    for (const auto use :
-         {UseRegistry<char>, UseRegistry<wchar_t>, UseFiles<char>, UseFiles<wchar_t>, UseSystem,
-          UseWhatAllProcessesShare, UseThreads, UsePages})
+    for (const auto use : {UseRegistry<char>, UseRegistry<wchar_t>, UseFiles<char>,
+                           UseFiles<wchar_t>, UseSystem, UseWhatAllProcessesShare, UsePages})
         use();
-    for (const auto use : {UseValues, UseLogger}) {
+    for (const auto use : {UseValues, UseRuntime}) {
         try {
             use();
         } catch (const std::bad_alloc&) {

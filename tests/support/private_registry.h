@@ -4,9 +4,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <string>
-#include <utility>
-
 namespace kitbag::test {
 
 /// The settings root key, spelled out here once more: tests do not take it from the library.
@@ -43,7 +40,6 @@ class RawKey {
         EXPECT_FALSE(::RegCreateKeyW(HKEY_LOCAL_MACHINE, PathOf(section).c_str(), &key_));
     }
     ~RawKey() { ::RegCloseKey(key_); }
-    RawKey(RawKey&&) = delete;
 
     static bool Exists(const std::string& section = {}) {
         HKEY key = nullptr;
@@ -52,9 +48,7 @@ class RawKey {
     }
 
     HKEY Get() const { return key_; }
-    bool Has(const wchar_t* name) const {
-        return !::RegQueryValueExW(key_, name, nullptr, nullptr, nullptr, nullptr);
-    }
+    bool Has(const wchar_t* name) const { return !::RegQueryValueExW(key_, name, {}, {}, {}, {}); }
     DWORD TypeOf(const wchar_t* name) const { return Read(name).first; }
     std::string BytesOf(const wchar_t* name) const { return Read(name).second; }
     DWORD NumberOf(const wchar_t* name) const {

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <string>
 
 namespace kitbag::test {
 
@@ -16,16 +15,14 @@ class TemporaryFolder {
         std::error_code ignored;
         remove_all(path_, ignored);
     }
-    TemporaryFolder(TemporaryFolder&&) = delete;
 
     const std::filesystem::path& Path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
  private:
-    static inline int count_ = 0;
-    const std::filesystem::path path_ =
-        std::filesystem::temp_directory_path() /
-        ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' + std::to_string(++count_));
+    const std::filesystem::path path_ = std::filesystem::temp_directory_path() /
+                                        ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' +
+                                         std::to_string(reinterpret_cast<UINT_PTR>(this)));
 };
 
 }  // namespace kitbag::test

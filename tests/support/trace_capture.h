@@ -4,10 +4,6 @@
 #include <gmock/gmock.h>
 #include <windows.h>
 
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace kitbag::test {
 
 /// True in the diagnostic build; the shipping library writes no trace at all.
