@@ -18,6 +18,7 @@ ITEMIDLIST* WINAPI Browse(Dialog* dialog) {
     ITEMIDLIST* chosen = nullptr;
     ::SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &chosen);
     dialog->lpfn(nullptr, BFFM_INITIALIZED, 0, dialog->lParam);
+    dialog->lpfn(nullptr, BFFM_INITIALIZED, 0, 0);
     dialog->lpfn(nullptr, BFFM_SELCHANGED, reinterpret_cast<LPARAM>(chosen), 0);
     return chosen;
 }
