@@ -37,9 +37,8 @@ struct Surroundings {
         {"CreateFileA",
          +[](LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* rights, DWORD creation,
              DWORD flags, HANDLE model) WINAPI {
-             const bool isVolume = std::string_view(path).starts_with(R"(\\.\)");
-             return ::CreateFileA(isVolume ? "NUL" : path, access, share, rights, creation, flags,
-                                  model);
+             if (std::string_view(path).starts_with(R"(\\.\)")) path = "NUL";
+             return ::CreateFileA(path, access, share, rights, creation, flags, model);
          }},
         // Hears a key at once.
         {"SetWindowsHookExA",

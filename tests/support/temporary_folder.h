@@ -20,9 +20,10 @@ class TemporaryFolder {
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
  private:
-    const std::filesystem::path path_ = std::filesystem::temp_directory_path() /
-                                        ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' +
-                                         std::to_string(reinterpret_cast<UINT_PTR>(this)));
+    static inline int count_ = 0;
+    const std::filesystem::path path_ =
+        std::filesystem::temp_directory_path() /
+        ("kitbag-" + std::to_string(::GetCurrentProcessId()) + '-' + std::to_string(++count_));
 };
 
 }  // namespace kitbag::test
