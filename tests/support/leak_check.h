@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <iterator>
-
 namespace kitbag::test {
 
 /// The last of some new handles. The system hands out the lowest free values, so it rises by 4 for
@@ -19,8 +17,7 @@ inline ULONG_PTR LastNewHandle() {
 
 /// Makes the calls a thousand times and expects that no handle stayed open. The first round does
 /// not count: the system's libraries open handles of their own once.
-template <class Calls>
-void ExpectNoHandleLeak(Calls&& calls) {
+void ExpectNoHandleLeak(auto&& calls) {
     calls();
     const ULONG_PTR before = LastNewHandle();
     for (int i = 0; i < 1000; ++i) calls();

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <string>
 
 namespace kitbag::test {
 
@@ -16,10 +15,9 @@ class TemporaryFolder {
         std::error_code ignored;
         remove_all(path_, ignored);
     }
-    TemporaryFolder(TemporaryFolder&&) = delete;
 
     const std::filesystem::path& Path() const { return path_; }
-    std::filesystem::path operator/(const char* name) const { return path_ / name; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
  private:
     static inline int count_ = 0;

@@ -12,13 +12,11 @@ namespace kitbag::test {
 
 template <class Ch>
 struct TextFolder : TemporaryFolder {
-    Text<Ch> In(const std::string& name) const {
-        return Pick<Ch>((Path() / name).string(), (Path() / name).wstring());
-    }
-    bool Has(const std::string& name) const { return exists(Path() / name); }
+    Text<Ch> In(const std::string& name) const { return (*this / name).template string<Ch>(); }
+    bool Has(const std::string& name) const { return exists(*this / name); }
     void Write(const std::string& name, const std::string& content = "x") const {
-        create_directories((Path() / name).parent_path());
-        std::ofstream(Path() / name, std::ios::binary) << content;
+        create_directories((*this / name).parent_path());
+        std::ofstream(*this / name, std::ios::binary) << content;
     }
 
     /// COM must be initialised.
@@ -29,7 +27,7 @@ struct TextFolder : TemporaryFolder {
         link->SetPath(target.c_str());
         link->SetDescription("A description");
         link.As(&storage);
-        storage->Save((Path() / name).c_str(), TRUE);
+        storage->Save((*this / name).c_str(), TRUE);
     }
 };
 

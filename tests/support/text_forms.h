@@ -9,13 +9,10 @@
 #include <gtest/gtest.h>
 #include <kitbag/frame/win_string.h>
 
-#include <string>
-#include <type_traits>
-
 namespace kitbag::test {
 
-template <class Ch, class Narrow, class Wide>
-constexpr auto Pick(Narrow narrow, Wide wide) {
+template <class Ch>
+constexpr auto Pick(auto narrow, auto wide) {
     if constexpr (std::is_same_v<Ch, char>)
         return narrow;
     else
