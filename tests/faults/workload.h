@@ -3,7 +3,7 @@
 
 #include <kitbag/kitbag.h>
 #include <tests/pages/doubles.h>
-#include <tests/support/text_folder.h>
+#include <tests/support/temporary_folder.h>
 
 #include <tuple>
 

@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
 #include <kitbag/files/checksum.h>
 #include <kitbag/files/clipboard.h>
 #include <shlwapi.h>
-#include <tests/support/text_folder.h>
+#include <tests/support/temporary_folder.h>
 
 namespace {
 

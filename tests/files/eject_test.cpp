@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <kitbag/files/eject.h>
 #include <kitbag/frame/win_string.h>
 #include <tests/support/windows_98.h>

@@ -3,7 +3,7 @@
 #include <kitbag/files/paths.h>
 #include <kitbag/files/shell_link.h>
 #include <tests/support/import_patch.h>
-#include <tests/support/text_folder.h>
+#include <tests/support/temporary_folder.h>
 
 #include <random>
 #include <regex>
@@ -65,17 +65,6 @@ TYPED_TEST(Paths, AreCreatedUpToTheLastSeparatorAndDeletedAsFarAsTheSystemAllows
     EXPECT_TRUE(this->Has("tree\\a\\copy") && !this->Has("tree\\d"));
     ::SetFileAttributesA(kept.c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_NE(FALSE, KB(DeleteDirectory)((tree + T("\\")).c_str()));
-}
-
-HANDLE WINAPI ExpectRoot(const char* pattern, WIN32_FIND_DATAA*) {
-    EXPECT_STREQ("\\*", pattern);
-    return INVALID_HANDLE_VALUE;
-}
-
-TEST(NoPath, MeansTheRootOfTheCurrentDrive) {
-    // Never for real: it would be emptied.
-    const ImportPatch search("FindFirstFileA", ExpectRoot);
-    EXPECT_FALSE(KB_DeleteDirectoryA("") || KB_DeleteDirectoryA(nullptr));
 }
 
 TYPED_TEST(Paths, AreReadFromLinksIn8BitsInBothForms) {

@@ -102,11 +102,10 @@ TEST_P(UncTranslation, FollowsTheRulesForRandomSharesAndBack) {
 TEST_P(UncTranslation, RefusesBadNamesAndBuffers) {
     shares_ = {{"R\xe4t", "C:\\", 0}};
     for (const char* bad : {"", "//PC\\", "\\\\QC\\", "\\\\PC2\\"}) Expect(bad, "");
-    // The size counts characters, all of which must be writable.
-    auto* page = static_cast<wchar_t*>(::VirtualAlloc(nullptr, 4096, MEM_COMMIT, PAGE_READWRITE));
-    for (const DWORD size : {13u, 0x80000001u, 12u})
-        EXPECT_EQ(size == 12 ? 9u : 0u, KB_LocalToUNCW(L"C:\\", page + 2048 - 12, size));
-    EXPECT_STREQ(L"\\\\PC\\R\xe4t\\", page + 2048 - 12);
+    wchar_t buffer[10];
+    for (const DWORD size : {0u, 0x80000001u, 10u})
+        EXPECT_EQ(size == 10 ? 9u : 0u, KB_LocalToUNCW(L"C:\\", buffer, size));
+    EXPECT_STREQ(L"\\\\PC\\R\xe4t\\", buffer);
 }
 
 TEST_P(UncTranslation, NeedsTheNetworkLibraryAtRunTimeOnly) {

@@ -73,9 +73,9 @@ TEST_F(PageFactory, RefusesWhatItCannotUse) {
         EXPECT_EQ(Outcome(E_INVALIDARG, nullptr), Call(&Factory::GetScript, wrong));
         EXPECT_EQ(E_INVALIDARG, factory->SetScript(wrong, &other));
     }
-    EXPECT_EQ(E_POINTER, factory->SetScript(0, nullptr));
-    EXPECT_EQ(E_POINTER, factory->GetPageCount(nullptr));
-    EXPECT_EQ(E_POINTER, factory->LoadResourceString(0, 399, nullptr));
+    for (const HRESULT refused : {factory->SetScript(0, nullptr), factory->GetPageCount(nullptr),
+                                  factory->LoadResourceString(0, 399, nullptr)})
+        EXPECT_EQ(E_POINTER, refused);
     EXPECT_FALSE(KB_CreateKivPageFactory(nullptr) || KB_CreateGraphicFactory(nullptr));
     // This program has no strings.
     factory->SetResourceModule(::GetModuleHandleA(nullptr));

@@ -3,7 +3,7 @@
 #include <kitbag/registry/directories.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/private_registry.h>
-#include <tests/support/text_folder.h>
+#include <tests/support/temporary_folder.h>
 
 namespace {
 

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <process.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/temporary_folder.h>

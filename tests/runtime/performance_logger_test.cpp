@@ -82,11 +82,8 @@ TEST_F(Performance, WritesNothingUnlessItIsOnAndHasABuffer) {
     settings.Set(L"Scan Enable", 1);
     settings.Set(L"Scan Size", 0xffffffff);
     EXPECT_EQ("", report());
-    for (DWORD size = 0; size <= 3; ++size) {
-        settings.Set(L"Scan Size", size);
-        const std::string recorded = std::to_string(size ? size - 1 : 0);
-        EXPECT_THAT(report(), testing::HasSubstr("recorded = " + recorded + ", attempted = 5"));
-    }
+    settings.Set(L"Scan Size", 3);
+    EXPECT_THAT(report(), testing::HasSubstr("samples = 3, recorded = 2, attempted = 5"));
     logger.StopAndProduceReport();  // uses up the next start
     EXPECT_EQ("", report());
 }

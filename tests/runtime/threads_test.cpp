@@ -1,6 +1,5 @@
 // The thread classes, and the library under eight threads at once.
 
-#include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/leak_check.h>
@@ -43,7 +42,6 @@ std::string LifeOf(Recorder& thread, DWORD timeout, DWORD patience) {
 }
 
 HANDLE WINAPI NoEvent(void*, BOOL, BOOL, const char*) { return nullptr; }
-HANDLE WINAPI NoThread(void*, SIZE_T, void*, void*, DWORD, DWORD*) { return nullptr; }
 
 TEST(Threads, AnswerEventsAndTimeOutsUntilTheyAreStopped) {
     Recorder thread, withoutEvent;
@@ -51,15 +49,6 @@ TEST(Threads, AnswerEventsAndTimeOutsUntilTheyAreStopped) {
     EXPECT_TRUE(LifeOf(thread, INFINITE, 2000) == "<e>" && thread.IsFinished());
     const ImportPatch patch("CreateEventA", NoEvent);
     EXPECT_EQ("<>", LifeOf(withoutEvent, INFINITE, 2000));
-}
-
-TEST(Threads, RunBothHooksWhenStoppedBeforeTheyBegan) {
-    const ImportPatch patch("CreateThread", NoThread);
-    Recorder thread;
-    EXPECT_EQ("", LifeOf(thread, 0, 0));
-    EXPECT_FALSE(thread.IsActive() || thread.IsFinished());
-    SimpleThread::ThreadProc(&thread);
-    EXPECT_EQ("<>", thread.happened);
 }
 
 DWORD now = 0;

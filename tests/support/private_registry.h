@@ -49,8 +49,6 @@ class RawKey {
 
     HKEY Get() const { return key_; }
     bool Has(const wchar_t* name) const { return !::RegQueryValueExW(key_, name, {}, {}, {}, {}); }
-    DWORD TypeOf(const wchar_t* name) const { return Read(name).first; }
-    std::string BytesOf(const wchar_t* name) const { return Read(name).second; }
     DWORD NumberOf(const wchar_t* name) const {
         DWORD number = 0, size = sizeof number;
         EXPECT_FALSE(

@@ -17,8 +17,6 @@ class TraceCapture {
     TraceCapture() { lines_.clear(); }
     ~TraceCapture() { ::RemoveVectoredExceptionHandler(handler_); }
 
-    const Texts& Lines() const { return lines_; }
-
     /// Expects exactly these lines since the last call; none in the shipping build.
     void Expect(const Texts& lines) {
         EXPECT_EQ(kDiagnostic ? lines : Texts(), std::exchange(lines_, {}));

@@ -53,10 +53,9 @@ TEST(Values, AreCastToAndVisitedAsTheirExactClass) {
 }
 
 TEST(Values, CompareAsNumbersOrAsTexts) {
-    UInt32Enum nine, ten;
-    nine.SetValue(9);
+    UInt32Enum none, ten;
     ten.SetValue(10);
-    EXPECT_EQ(1, ten.Compare(nine));
+    EXPECT_EQ(-1, none.Compare(ten));
     EXPECT_EQ(0, IdentValue("A").Compare(IdentValue("a")));
     // Of two classes, with regard to case.
     TStringValue small;
@@ -71,12 +70,12 @@ TEST(Values, HaveTextsOfTheirOwn) {
     EXPECT_TRUE(quality[2] == 1 && quality[3] == 0 && quality[-1] == 0);
     BooleanValue truth;
     Text texts;
-    for (const int style : {0, 1, 2, 5}) {
-        truth.Type(style);
-        truth.SetValue(style < 2);
+    for (const int sixth : {0, 1, 2, 3, 4, 5}) {
+        truth.Type(sixth / 2);
+        truth.SetValue(sixth % 2);
         texts += truth.SaveStringDataOnly() + ' ';
     }
-    EXPECT_EQ("True On No False ", texts);
+    EXPECT_EQ("False True Off On No Yes ", texts);
     const IdentValue ident("id='3' name='Disk");
     EXPECT_TRUE(ident.GetStringField("id") == "3" && ident.GetStringField("name").empty());
 }
