@@ -27,7 +27,7 @@ HRESULT Load(std::wstring file, TypeLibrary& loaded) {
 
 HRESULT LoadOwn(TypeLibrary& loaded) {
     const std::wstring file = LibraryFile();
-    if (file.empty()) return HRESULT_FROM_WIN32(::GetLastError());
+    if (file.empty()) return E_FAIL;
     const HRESULT result = Load(file, loaded);
     if (SUCCEEDED(result)) return result;
     return Load(std::filesystem::path(file).replace_extension(L".tlb").native(), loaded);
