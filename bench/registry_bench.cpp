@@ -1,7 +1,7 @@
 // The typed settings against the same system calls written by hand.
 
 #include <bench/benches.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/text_forms.h>
 

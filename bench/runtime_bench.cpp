@@ -1,7 +1,7 @@
 // What a sample costs while a logging period is active, and while none is.
 
 #include <bench/benches.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/runtime/performance_logger.h>
 #include <tests/support/import_patch.h>
 

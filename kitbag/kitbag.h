@@ -4,8 +4,8 @@
 #include <kitbag/files/checksum.h>
 #include <kitbag/files/clipboard.h>
 #include <kitbag/files/eject.h>
+#include <kitbag/files/file_names.h>
 #include <kitbag/files/folder_dialog.h>
-#include <kitbag/files/names.h>
 #include <kitbag/files/paths.h>
 #include <kitbag/files/shell_link.h>
 #include <kitbag/files/unc_translation.h>
@@ -13,8 +13,8 @@
 #include <kitbag/frame/win_string.h>
 #include <kitbag/registry/directories.h>
 #include <kitbag/registry/dump.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/registry/tree.h>
-#include <kitbag/registry/values.h>
 #include <kitbag/runtime/com_error.h>
 #include <kitbag/runtime/idle_monitor.h>
 #include <kitbag/runtime/performance_logger.h>

@@ -1,8 +1,8 @@
+#include <kitbag/com/server_registration.h>
 #include <kitbag/frame/class_object_map.h>
 #include <kitbag/frame/com_object.h>
 #include <kitbag/pages.h>
 #include <kitbag/pages/page_factory.h>
-#include <kitbag/pages/server_registration.h>
 
 namespace kitbag {
 

@@ -6,7 +6,7 @@
 #include <kitbag/pages/page_factory.h>
 #include <kitbag/pages/page_owner.h>
 #include <kitbag/registry/directories.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 
 #include <initializer_list>
 #include <iterator>

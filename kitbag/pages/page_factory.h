@@ -1,10 +1,10 @@
 // The page factory: the list of the application's pages and the objects that they share.
 #pragma once
 
+#include <kitbag/com/dispatch_object.h>
+#include <kitbag/com/type_library.h>
 #include <kitbag/pages.h>
-#include <kitbag/pages/dispatch_object.h>
 #include <kitbag/pages/locale_directories.h>
-#include <kitbag/pages/type_library.h>
 #include <wrl/client.h>
 
 #include <cstring>

@@ -8,8 +8,8 @@
 #include <kitbag/frame/string_table.h>
 #include <kitbag/frame/text_form.h>
 #include <kitbag/registry/directories.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/registry/tree.h>
-#include <kitbag/registry/values.h>
 
 #include <atomic>
 #include <string>

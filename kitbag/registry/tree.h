@@ -3,9 +3,9 @@
 //     TWinString<char> key;
 //     for (DWORD i = 0; KB_EnumKeyTStringA("Channels", i, key); ++i) Load(key);  // "Channels\0001"
 //
-// Sections are built as for single values (values.h). The counting and enumerating functions open
-// the section for reading; where it does not exist they count 0 or answer false. An index past the
-// end answers false too. Keys are enumerated in the registry's order, values in its own.
+// Sections are built as for single values (stored_values.h). The counting and enumerating functions
+// open the section for reading; where it does not exist they count 0 or answer false. An index past
+// the end answers false too. Keys are enumerated in the registry's order, values in its own.
 //
 // No lock is taken: while other threads change a section, an enumeration shows what it meets. No
 // function says why it failed.

@@ -1,7 +1,7 @@
+#include <kitbag/com/com_initialisation.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/runtime/com_error.h>
-#include <kitbag/runtime/com_initialisation.h>
 #include <oleauto.h>
 #include <wrl/client.h>
 

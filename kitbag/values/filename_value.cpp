@@ -1,5 +1,5 @@
 #include <kitbag/frame/owned.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/values/filename_value.h>
 #include <windows.h>
 

@@ -1,5 +1,5 @@
-#include <kitbag/registry/values.h>
-#include <kitbag/values/elements.h>
+#include <kitbag/registry/stored_values.h>
+#include <kitbag/values/element_trees.h>
 #include <kitbag/values/media_location_table.h>
 #include <shlobj.h>
 #include <windows.h>

@@ -4,7 +4,7 @@
 #include <kitbag/frame/resource_ids.h>
 #include <kitbag/frame/string_table.h>
 #include <kitbag/frame/text_conversion.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/values/scalar_values.h>
 #include <objbase.h>
 

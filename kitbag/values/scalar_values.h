@@ -11,7 +11,7 @@
 
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/win_string.h>
-#include <kitbag/values/scalar_value.h>
+#include <kitbag/values/scalar_base.h>
 #include <windows.h>
 
 #include <vector>

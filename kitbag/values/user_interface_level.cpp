@@ -1,4 +1,4 @@
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/values/user_interface_level.h>
 #include <kitbag/values/value.h>
 

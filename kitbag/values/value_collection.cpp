@@ -1,6 +1,6 @@
 #include <kitbag/frame/compiler.h>
-#include <kitbag/registry/values.h>
-#include <kitbag/values/elements.h>
+#include <kitbag/registry/stored_values.h>
+#include <kitbag/values/element_trees.h>
 #include <kitbag/values/value_collection.h>
 
 #include <typeinfo>

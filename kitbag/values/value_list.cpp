@@ -1,5 +1,5 @@
 #include <kitbag/frame/compiler.h>
-#include <kitbag/values/elements.h>
+#include <kitbag/values/element_trees.h>
 #include <kitbag/values/value_list.h>
 
 #include <memory>

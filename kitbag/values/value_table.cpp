@@ -1,4 +1,4 @@
-#include <kitbag/values/elements.h>
+#include <kitbag/values/element_trees.h>
 #include <kitbag/values/value_table.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
+#include <kitbag/files/file_names.h>
 #include <kitbag/files/folder_dialog.h>
-#include <kitbag/files/names.h>
 #include <kitbag/files/paths.h>
 #include <kitbag/files/shell_link.h>
 #include <tests/support/import_patch.h>

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <kitbag/kitbag.h>
-#include <tests/values/vandal.h>
+#include <tests/values/damaged_settings.h>
 
 #include <stdexcept>
 

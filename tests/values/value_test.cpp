@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
-#include <tests/values/vandal.h>
+#include <tests/values/damaged_settings.h>
 
 #include <memory>
 

@@ -1,7 +1,7 @@
+#include <kitbag/com/com_initialisation.h>
 #include <kitbag/frame/com_object.h>
 #include <kitbag/pages.h>
 #include <kitbag/pages/page_factory.h>
-#include <kitbag/runtime/com_initialisation.h>
 
 using kitbag::ComInitialisation;
 

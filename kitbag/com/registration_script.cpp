@@ -1,5 +1,5 @@
+#include <kitbag/com/registration_script.h>
 #include <kitbag/frame/text_conversion.h>
-#include <kitbag/pages/registration_script.h>
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include <kitbag/files/names.h>
+#include <kitbag/files/file_names.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_form.h>
 

@@ -1,7 +1,7 @@
+#include <kitbag/com/type_library.h>
 #include <kitbag/frame/module_record.h>
 #include <kitbag/frame/os_dependent_function.h>
 #include <kitbag/pages.h>
-#include <kitbag/pages/type_library.h>
 #include <oleauto.h>
 #include <wrl/client.h>
 

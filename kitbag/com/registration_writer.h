@@ -1,7 +1,7 @@
 // Writes into the registry what a registration script says, and takes it back.
 #pragma once
 
-#include <kitbag/pages/registration_script.h>
+#include <kitbag/com/registration_script.h>
 #include <windows.h>
 
 #include <vector>

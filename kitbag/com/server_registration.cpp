@@ -1,3 +1,6 @@
+#include <kitbag/com/registration_writer.h>
+#include <kitbag/com/server_registration.h>
+#include <kitbag/com/type_library.h>
 #include <kitbag/frame/debug_trace.h>
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/guard.h>
@@ -5,9 +8,6 @@
 #include <kitbag/frame/resource_ids.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/pages.h>
-#include <kitbag/pages/registration_writer.h>
-#include <kitbag/pages/server_registration.h>
-#include <kitbag/pages/type_library.h>
 
 #include <string>
 

@@ -6,8 +6,8 @@
 #pragma once
 
 #include <kitbag/frame/win_string.h>
+#include <kitbag/registry/stored_values.h>
 #include <kitbag/registry/tree.h>
-#include <kitbag/registry/values.h>
 #include <kitbag/values/pointer_sequence.h>
 #include <kitbag/values/value.h>
 #include <windows.h>

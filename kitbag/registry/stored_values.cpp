@@ -2,7 +2,7 @@
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/frame/text_form.h>
 #include <kitbag/registry/settings_key.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <oleauto.h>
 
 #include <string>

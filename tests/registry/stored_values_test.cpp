@@ -1,5 +1,5 @@
 #include <comdef.h>
-#include <kitbag/registry/values.h>
+#include <kitbag/registry/stored_values.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/leak_check.h>
 #include <tests/support/private_registry.h>
