@@ -1,8 +1,8 @@
 #include <kitbag/com/registration_writer.h>
+#include <kitbag/frame/delete_key_tree.h>
 #include <kitbag/frame/owned.h>
 #include <kitbag/frame/registry_calls.h>
 #include <kitbag/frame/text_form.h>
-#include <kitbag/registry/delete_tree.h>
 
 namespace kitbag {
 

@@ -1,6 +1,6 @@
+#include <kitbag/frame/delete_key_tree.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_form.h>
-#include <kitbag/registry/delete_tree.h>
 #include <kitbag/registry/settings_key.h>
 #include <kitbag/registry/tree.h>
 
