@@ -56,16 +56,18 @@ auto With(auto&&... given) {
 
 template <class Ch>
 void UseRegistry() {
-    const Ch *const parent = T("Faults"), *const section = T("Faults\\Section");
-    With(section, T("Value"))(KB(SetBool), KB(GetBool), KB(SetDWORD), KB(GetDWORD), KB(SetInt),
-                              KB(GetInt), KB(SetTString), KB(GetTString), KB(SetBSTR), KB(GetBSTR),
-                              KB(SetString), KB(GetString), KB(SetData), KB(GetData));
-    With(section, T("Value"), Argument<DWORD*>())(KB(GetDataSize));
-    With(parent, 0u)(KB(EnumKey), KB(EnumKeyTString));
-    With(section, 0u)(KB(EnumValue), KB(EnumValueTString));
-    With(parent, Text<Ch>())(KB(DumpRegistry));
-    With(section, T("Value"))(KB(DeleteValue), KB(DeleteKey));
-    With(parent)(KB(GetKeyCount), KB(GetValueCount), KB(DeleteSection));
+    const Ch *const parent = "Faults"_t, *const section = "Faults\\Section"_t;
+    With(section, "Value"_t)(Exports<Ch>::SetBool, Exports<Ch>::GetBool, Exports<Ch>::SetDWORD,
+                             Exports<Ch>::GetDWORD, Exports<Ch>::SetInt, Exports<Ch>::GetInt,
+                             Exports<Ch>::SetTString, Exports<Ch>::GetTString, Exports<Ch>::SetBSTR,
+                             Exports<Ch>::GetBSTR, Exports<Ch>::SetString, Exports<Ch>::GetString,
+                             Exports<Ch>::SetData, Exports<Ch>::GetData);
+    With(section, "Value"_t, Argument<DWORD*>())(Exports<Ch>::GetDataSize);
+    With(parent, 0u)(Exports<Ch>::EnumKey, Exports<Ch>::EnumKeyTString);
+    With(section, 0u)(Exports<Ch>::EnumValue, Exports<Ch>::EnumValueTString);
+    With(parent, Text<Ch>())(Exports<Ch>::DumpRegistry);
+    With(section, "Value"_t)(Exports<Ch>::DeleteValue, Exports<Ch>::DeleteKey);
+    With(parent)(Exports<Ch>::GetKeyCount, Exports<Ch>::GetValueCount, Exports<Ch>::DeleteSection);
 }
 
 template <class Ch>
@@ -73,19 +75,21 @@ void UseFiles() {
     const TextFolder<Ch> folder;
     folder.Write("file");
     folder.WriteLink("link.lnk", folder.Path().string());
-    With(folder.In("made/on/the/way/").c_str())(KB(CreatePath));
-    With(folder.In("file").c_str(), folder.In("made/copy").c_str())(KB(CopyFileDeep));
-    With(folder.In("made").c_str())(KB(DeleteDirectory));
+    With(folder.In("made/on/the/way/").c_str())(Exports<Ch>::CreatePath);
+    With(folder.In("file").c_str(), folder.In("made/copy").c_str())(Exports<Ch>::CopyFileDeep);
+    With(folder.In("made").c_str())(Exports<Ch>::DeleteDirectory);
     KB_FileCRC((folder / "file").string().c_str());
-    With(folder.In("link.lnk").c_str(), Argument<Ch*>(), Argument<Ch*>())(KB(GetLinkInfo));
-    With()(KB(ValidateFilename), KB(ValidatePath), KB(ValidateComputerName), KB(SetIErrorInfo),
-           KB(BrowseForFolder));
-    With(T("C:\\windows\\system32\\shell32.dll"))(KB(LocalToUNC), KB(GetModuleVersion));
-    With(T("\\\\computer\\share\\file"), Argument<Ch*>())(KB(UNCToLocal));
-    With(folder.In("new"))(KB(SetConfigDirectory), KB(SetSkinDirectory), KB(SetDataDirectory),
-                           KB(SetDocDirectory));
-    With(Text<Ch>())(KB(GetConfigDirectory), KB(GetSkinDirectory), KB(GetDataDirectory),
-                     KB(GetDocDirectory));
+    With(folder.In("link.lnk").c_str(), Argument<Ch*>(), Argument<Ch*>())(Exports<Ch>::GetLinkInfo);
+    With()(Exports<Ch>::ValidateFilename, Exports<Ch>::ValidatePath,
+           Exports<Ch>::ValidateComputerName, Exports<Ch>::SetIErrorInfo,
+           Exports<Ch>::BrowseForFolder);
+    With("C:\\windows\\system32\\shell32.dll"_t)(Exports<Ch>::LocalToUNC,
+                                                 Exports<Ch>::GetModuleVersion);
+    With("\\\\computer\\share\\file"_t, Argument<Ch*>())(Exports<Ch>::UNCToLocal);
+    With(folder.In("new"))(Exports<Ch>::SetConfigDirectory, Exports<Ch>::SetSkinDirectory,
+                           Exports<Ch>::SetDataDirectory, Exports<Ch>::SetDocDirectory);
+    With(Text<Ch>())(Exports<Ch>::GetConfigDirectory, Exports<Ch>::GetSkinDirectory,
+                     Exports<Ch>::GetDataDirectory, Exports<Ch>::GetDocDirectory);
 }
 
 inline void UseSystem() {

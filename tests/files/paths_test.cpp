@@ -41,12 +41,15 @@ TYPED_TEST(Paths, HaveTheirNamesCheckedAndRepaired) {
                    isGood = !name.empty() && (repair || part == fixed) && !isDevice;
 
         Text<Ch> text(name.begin(), name.end());
-        EXPECT_EQ(std::regex_match(name, computerName), KB(ValidateComputerName)(text.c_str()));
-        const auto validate = random() % 2 ? KB(ValidateFilename) : KB(ValidatePath);
+        EXPECT_EQ(std::regex_match(name, computerName),
+                  Exports<Ch>::ValidateComputerName(text.c_str()));
+        const auto validate =
+            random() % 2 ? Exports<Ch>::ValidateFilename : Exports<Ch>::ValidatePath;
         EXPECT_EQ(isGood, validate(text.data(), repair, isPath)) << name;
         EXPECT_EQ(Text<Ch>(result.begin(), result.end()), text) << name;
     }
-    EXPECT_FALSE(KB(ValidateFilename)(nullptr, true, true) || KB(ValidateComputerName)(nullptr));
+    EXPECT_FALSE(Exports<Ch>::ValidateFilename(nullptr, true, true) ||
+                 Exports<Ch>::ValidateComputerName(nullptr));
 }
 
 TYPED_TEST(Paths, AreCreatedUpToTheLastSeparatorAndDeletedAsFarAsTheSystemAllows) {
@@ -54,17 +57,18 @@ TYPED_TEST(Paths, AreCreatedUpToTheLastSeparatorAndDeletedAsFarAsTheSystemAllows
     for (const char* name : {"file", "tree\\d\\e"}) this->Write(name);
     const auto file = this->In("file"), copy = this->In("tree\\a/copy"), tree = this->In("tree");
     for (const bool keep : {false, true})
-        EXPECT_EQ(!keep, KB(CopyFileDeep)(file.c_str(), copy.c_str(), keep));
-    EXPECT_FALSE(KB(CreatePath)(nullptr) || KB(CreatePath)((file + T("\\d\\")).c_str()));
+        EXPECT_EQ(!keep, Exports<Ch>::CopyFileDeep(file.c_str(), copy.c_str(), keep));
+    EXPECT_FALSE(Exports<Ch>::CreatePath(nullptr) ||
+                 Exports<Ch>::CreatePath((file + Text<Ch>("\\d\\"_t)).c_str()));
     const std::string longest(258 - this->Path().string().size(), 'x');
-    EXPECT_TRUE(KB(CreatePath)(this->In(longest).c_str()));
-    EXPECT_FALSE(KB(CreatePath)(this->In(longest + 'x').c_str()));
+    EXPECT_TRUE(Exports<Ch>::CreatePath(this->In(longest).c_str()));
+    EXPECT_FALSE(Exports<Ch>::CreatePath(this->In(longest + 'x').c_str()));
     const auto kept = (*this / "tree\\a\\copy").string();
     ::SetFileAttributesA(kept.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(FALSE, KB(DeleteDirectory)(tree.c_str()));
+    EXPECT_EQ(FALSE, Exports<Ch>::DeleteDirectory(tree.c_str()));
     EXPECT_TRUE(this->Has("tree\\a\\copy") && !this->Has("tree\\d"));
     ::SetFileAttributesA(kept.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_NE(FALSE, KB(DeleteDirectory)((tree + T("\\")).c_str()));
+    EXPECT_NE(FALSE, Exports<Ch>::DeleteDirectory((tree + Text<Ch>("\\"_t)).c_str()));
 }
 
 TYPED_TEST(Paths, AreReadFromLinksIn8BitsInBothForms) {
@@ -72,10 +76,10 @@ TYPED_TEST(Paths, AreReadFromLinksIn8BitsInBothForms) {
     this->WriteLink("link", "C:\\windows");
     this->Write("text");
     Ch target[MAX_PATH], description[MAX_PATH];
-    EXPECT_TRUE(KB(GetLinkInfo)(this->In("link").c_str(), target, description));
+    EXPECT_TRUE(Exports<Ch>::GetLinkInfo(this->In("link").c_str(), target, description));
     EXPECT_STRCASEEQ("C:\\windows", reinterpret_cast<char*>(target));
     EXPECT_STREQ("A description", reinterpret_cast<char*>(description));
-    EXPECT_FALSE(KB(GetLinkInfo)(this->In("text").c_str(), target, nullptr) || target[0]);
+    EXPECT_FALSE(Exports<Ch>::GetLinkInfo(this->In("text").c_str(), target, nullptr) || target[0]);
 }
 
 /// What the user presses as soon as the dialog hears from the library.
@@ -94,10 +98,10 @@ TYPED_TEST(Paths, AreChosenInADialogThatOpensOnTheFolder) {
     path.resize(MAX_PATH);
     path[0] = 'c';  // the dialog has it in upper case
     button = IDCANCEL;
-    EXPECT_FALSE(KB(BrowseForFolder)(path.data(), nullptr));
+    EXPECT_FALSE(Exports<Ch>::BrowseForFolder(path.data(), nullptr));
     EXPECT_EQ('c', path[0]);
     button = IDOK;
-    EXPECT_TRUE(KB(BrowseForFolder)(path.data(), nullptr));
+    EXPECT_TRUE(Exports<Ch>::BrowseForFolder(path.data(), nullptr));
     // The 16-bit form's text goes with an 8-bit message: nothing is selected, and the dialog
     // answers with the desktop.
     EXPECT_EQ(Pick<Ch>(true, false), std::string(path.begin(), path.end()).c_str() == folder);

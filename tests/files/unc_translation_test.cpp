@@ -22,7 +22,8 @@ struct UncTranslation : testing::TestWithParam<bool> {
     /// behind it; an empty text stands for a failure.
     template <class Ch>
     void ExpectInForm(const std::string& from, std::string to, DWORD size) {
-        const auto translate = from.find(':') == from.npos ? KB(UNCToLocal) : KB(LocalToUNC);
+        const auto translate =
+            from.find(':') == from.npos ? Exports<Ch>::UNCToLocal : Exports<Ch>::LocalToUNC;
         Text<Ch> buffer(MAX_PATH, '#'), text(from.begin(), from.end());
         EXPECT_EQ(to.size(), translate(text.c_str(), buffer.data(), size)) << from;
         if (!to.empty() && to.size() < size) to += '\0';

@@ -47,32 +47,32 @@ TYPED_TEST_SUITE(Directories, TextForms, TextFormName);
 
 TYPED_TEST(Directories, AreFoundAboveTheExecutable) {
     using Ch = TypeParam;
-    KB(SetConfigDirectory)(this->In("file"));
+    Exports<Ch>::SetConfigDirectory(this->In("file"));
     this->Write("bin\\Config\\file");
-    EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(KB(GetConfigDirectory)));
+    EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(Exports<Ch>::GetConfigDirectory));
     EXPECT_FALSE(RawKey("Directories").Has(L"Config Directory"));
-    EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(KB(GetSkinDirectory)));
+    EXPECT_EQ(this->In("bin\\Config\\"), this->Ask(Exports<Ch>::GetSkinDirectory));
     this->Write("Skin\\file");
-    EXPECT_EQ(this->In("Skin\\"), this->Ask(KB(GetSkinDirectory)));
+    EXPECT_EQ(this->In("Skin\\"), this->Ask(Exports<Ch>::GetSkinDirectory));
 }
 
 TYPED_TEST(Directories, AreCreatedOrAskedForOnceAndRemembered) {
     using Ch = TypeParam;
-    EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(KB(GetDataDirectory)));
-    EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(KB(GetDataDirectory)));
+    EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(Exports<Ch>::GetDataDirectory));
+    EXPECT_EQ(this->In("lib\\Data\\"), this->Ask(Exports<Ch>::GetDataDirectory));
     EXPECT_EQ(folder + L"\\lib\\Data\\", RawKey("Directories").TextOf(L"Data Directory"));
-    KB(SetDataDirectory)(this->In("gone\\"));
-    EXPECT_EQ(T(""), this->Ask(KB(GetDataDirectory)));
+    Exports<Ch>::SetDataDirectory(this->In("gone\\"));
+    EXPECT_EQ(""_t, this->Ask(Exports<Ch>::GetDataDirectory));
 
-    EXPECT_EQ(this->In("films\\"), this->Ask(KB(GetDocDirectory)));
+    EXPECT_EQ(this->In("films\\"), this->Ask(Exports<Ch>::GetDocDirectory));
     EXPECT_EQ(L"Point me at the docs directory please", prompt);
     EXPECT_EQ(folder + L"\\films\\", RawKey("Directories").TextOf(L"Docs Directory"));
-    KB(SetDocDirectory)(this->In("gone"));
+    Exports<Ch>::SetDocDirectory(this->In("gone"));
     this->WriteLink("bin\\Docs.lnk", (*this / "films").string());
-    EXPECT_EQ(T(""), this->Ask(KB(GetDocDirectory)));
+    EXPECT_EQ(""_t, this->Ask(Exports<Ch>::GetDocDirectory));
     this->WriteLink("bin\\DocsDocs.lnk", (*this / "films").string());
     // The 16-bit form cannot follow: it is handed 8-bit text.
-    EXPECT_EQ(Pick<Ch>(this->In("films\\"), Text<Ch>()), this->Ask(KB(GetDocDirectory)));
+    EXPECT_EQ(Pick<Ch>(this->In("films\\"), Text<Ch>()), this->Ask(Exports<Ch>::GetDocDirectory));
 }
 
 }  // namespace

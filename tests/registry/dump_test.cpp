@@ -17,7 +17,7 @@ TYPED_TEST(SettingsDump, ListsValuesThenKeysDepthFirst) {
     const std::string heading = "------- HKEY_LOCAL_MACHINE -------\n", root = kRoot;
     // A string that names the section takes its dump.
     const auto dump = [](Text<Ch> output) {
-        EXPECT_TRUE(KB(DumpRegistry)(output.empty() ? nullptr : output.c_str(), output));
+        EXPECT_TRUE(Exports<Ch>::DumpRegistry(output.empty() ? nullptr : output.c_str(), output));
         return std::string(output.begin(), output.end());
     };
     RawKey("A").Set(L"Expanded", REG_EXPAND_SZ, L"x", 4);
@@ -34,7 +34,7 @@ TYPED_TEST(SettingsDump, ListsValuesThenKeysDepthFirst) {
                       std::string(128, 'x') + "'<p>\n" + root +
                       "\\A\\Inner<p>\nMax=-1 (0xffffffff)<p>\nNo text=''<p>\n" + root + "\\B<p>\n" +
                       root + "\\B\\video compressor cache<p>\n",
-                  dump(T("")));
+                  dump(Text<Ch>()));
     });
     const std::string skipped = "Video Compressor Cache";  // unless it is what is asked for
     EXPECT_EQ(skipped + heading + root + "\\" + skipped + "<p>\nN=70 (0x46)<p>\n",

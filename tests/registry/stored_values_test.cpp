@@ -26,7 +26,7 @@ struct SettingsValues : testing::Test {
         for (char& byte : stored) byte = static_cast<char>(Below(16) < nonZero ? Below(256) : 0);
         section.Set(Below(2) ? L"Value" : L"", types[Below(5)], stored.data(), stored.size());
 
-        const Ch* const names[] = {T("Value"), T(""), nullptr, T("Missing")};
+        const Ch* const names[] = {"Value"_t, ""_t, nullptr, "Missing"_t};
         name = names[Below(4)];
         DWORD size = kRoom;
         bytes.resize(size);
@@ -41,26 +41,26 @@ struct SettingsValues : testing::Test {
     void Expect(bool isTaken, const std::string& expected,
                 bool (*get)(const Ch*, const Ch*, Value*, Rest...), Rest... rest) {
         std::string output(kRoom, '#');
-        EXPECT_EQ(isTaken, get(T("S"), name, reinterpret_cast<Value*>(output.data()), rest...));
+        EXPECT_EQ(isTaken, get("S"_t, name, reinterpret_cast<Value*>(output.data()), rest...));
         EXPECT_TRUE(output.starts_with((isTaken ? expected : "") + '#')) << output;
-        EXPECT_FALSE(get(T("S"), name, static_cast<Value*>(readOnly), rest...));
+        EXPECT_FALSE(get("S"_t, name, static_cast<Value*>(readOnly), rest...));
     }
 
     void ExpectNumbersAndData() {
         const bool isNumber = isFound && type == REG_DWORD && bytes.size() == sizeof(DWORD);
-        Expect(isNumber, bytes, KB(GetDWORD));
-        Expect(isNumber, bytes, KB(GetInt));
-        Expect(isNumber, std::string(1, bytes != std::string(4, '\0')), KB(GetBool));
+        Expect(isNumber, bytes, Exports<Ch>::GetDWORD);
+        Expect(isNumber, bytes, Exports<Ch>::GetInt);
+        Expect(isNumber, std::string(1, bytes != std::string(4, '\0')), Exports<Ch>::GetBool);
 
         const DWORD size = bytes.size(), room = std::max<DWORD>(size + Below(5), 2) - 2;
         const bool fits = isFound && size <= room;
         std::string output(kRoom, '#');
         DWORD returned = 1234;
-        EXPECT_EQ(fits, KB(GetData)(T("S"), name, room, output.data(), &returned));
+        EXPECT_EQ(fits, Exports<Ch>::GetData("S"_t, name, room, output.data(), &returned));
         EXPECT_TRUE(!fits || output.starts_with(bytes));
         EXPECT_EQ(fits ? size : 1234, returned);
-        EXPECT_FALSE(KB(GetData)(T("S"), name, kRoom, readOnly, nullptr));
-        EXPECT_EQ(isFound, KB(GetDataSize)(T("S"), name, &returned) && returned == size);
+        EXPECT_FALSE(Exports<Ch>::GetData("S"_t, name, kRoom, readOnly, nullptr));
+        EXPECT_EQ(isFound, Exports<Ch>::GetDataSize("S"_t, name, &returned) && returned == size);
     }
 
     void ExpectTexts() {
@@ -68,22 +68,24 @@ struct SettingsValues : testing::Test {
         Text<Ch> text(reinterpret_cast<const Ch*>(bytes.data()), bytes.size() / sizeof(Ch));
         const DWORD length = std::max<DWORD>(text.size() + Below(4), 1) - 1;
         // A text that would fill the buffer is refused.
-        Expect(isText && bytes.size() < length * sizeof(Ch), bytes, KB(GetString), length);
+        Expect(isText && bytes.size() < length * sizeof(Ch), bytes, Exports<Ch>::GetString, length);
 
         const _bstr_t before(L"before");
         wchar_t after[kRoom] = L"before";
         if (isText) ::wsprintfW(after, Pick<Ch>(L"%S", L"%s"), text.c_str());
         BSTR bstr = before, none = nullptr;
-        EXPECT_EQ(isText, KB(GetBSTR)(T("S"), name, &bstr));
+        EXPECT_EQ(isText, Exports<Ch>::GetBSTR("S"_t, name, &bstr));
         EXPECT_STREQ(after, bstr);
         if (isText) ::SysFreeString(bstr);  // the old text is the caller's, too
-        EXPECT_FALSE(KB(GetBSTR)(T("S"), name, &none) || KB(GetBSTR)(T("S"), name, nullptr));
+        EXPECT_FALSE(Exports<Ch>::GetBSTR("S"_t, name, &none) ||
+                     Exports<Ch>::GetBSTR("S"_t, name, nullptr));
 
         // The last character is taken for a terminator, whatever it is.
         if (!text.empty()) text.pop_back();
-        Text<Ch> object = T("before");
-        EXPECT_EQ(isText, KB(GetTString)(T("S"), name, object));
-        EXPECT_EQ(isText ? text : T("before"), object);
+        const Text<Ch> unchanged("before"_t);
+        Text<Ch> object = unchanged;
+        EXPECT_EQ(isText, Exports<Ch>::GetTString("S"_t, name, object));
+        EXPECT_EQ(isText ? text : unchanged, object);
     }
 
     void* const readOnly = ::GetModuleHandleA(nullptr);
@@ -99,8 +101,8 @@ TYPED_TEST_SUITE(SettingsValues, TextForms, TextFormName);
 TYPED_TEST(SettingsValues, LieInTheirSectionsKey) {
     using Ch = TypeParam;
     ExpectNoHandleLeak([] {
-        EXPECT_TRUE(KB(SetDWORD)(nullptr, T("At the root"), 7));
-        EXPECT_TRUE(KB(SetBool)(T("Audio\\Mixer\\Left"), T("Mute"), true));
+        EXPECT_TRUE(Exports<Ch>::SetDWORD(nullptr, "At the root"_t, 7));
+        EXPECT_TRUE(Exports<Ch>::SetBool("Audio\\Mixer\\Left"_t, "Mute"_t, true));
     });
     EXPECT_EQ(7u, RawKey().NumberOf(L"At the root"));
     EXPECT_EQ(1u, RawKey("Audio\\Mixer\\Left").NumberOf(L"Mute"));
@@ -111,13 +113,13 @@ TYPED_TEST(SettingsValues, WriteTextsThatReadBackWhole) {
     const Text<Ch> text(5000, Ch{'x'});
     Text<Ch> object;
     // What follows a zero is not stored.
-    EXPECT_TRUE(KB(SetTString)(T("S"), T("T"), text + Text<Ch>(T("\0x"), 2)));
-    EXPECT_TRUE(KB(GetTString)(T("S"), T("T"), object) && object == text);
+    EXPECT_TRUE(Exports<Ch>::SetTString("S"_t, "T"_t, text + Text<Ch>({Ch{}, Ch{'x'}})));
+    EXPECT_TRUE(Exports<Ch>::GetTString("S"_t, "T"_t, object) && object == text);
     EXPECT_EQ(std::wstring(5000, L'x'), this->section.TextOf(L"T"));
-    EXPECT_TRUE(KB(SetBSTR)(T("S"), T("T"), _bstr_t(L"\u00fcber \u4e2d")));
+    EXPECT_TRUE(Exports<Ch>::SetBSTR("S"_t, "T"_t, _bstr_t(L"\u00fcber \u4e2d")));
     // The 8-bit form loses what the code page lacks.
     EXPECT_EQ(Pick<Ch>(L"\u00fcber ?", L"\u00fcber \u4e2d"), this->section.TextOf(L"T"));
-    EXPECT_TRUE(KB(SetBSTR)(T("S"), T("T"), nullptr));
+    EXPECT_TRUE(Exports<Ch>::SetBSTR("S"_t, "T"_t, nullptr));
     EXPECT_EQ(L"", this->section.TextOf(L"T"));
 }
 

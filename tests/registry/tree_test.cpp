@@ -20,8 +20,9 @@ struct SettingsTree : testing::Test {
             EXPECT_EQ(room > size ? size : room, length);
             EXPECT_TRUE(room <= size || buffer.c_str() == name);
         }
-        Text<Ch> object = section ? section : T("");
-        EXPECT_FALSE(toObject(section, 9, object) || toObject(T("Missing"), 0, object));
+        Text<Ch> object;
+        if (section) object = section;
+        EXPECT_FALSE(toObject(section, 9, object) || toObject("Missing"_t, 0, object));
         EXPECT_TRUE(toObject(object.c_str(), 0, object)) << "the section lies in the object";
         EXPECT_EQ(name, object);
     }
@@ -35,11 +36,11 @@ TYPED_TEST(SettingsTree, NamesKeysAndValuesOneByOne) {
     RawKey("S\\" + narrow);
     RawKey("S").Set(std::wstring(254, L'n').c_str(), 1u);
     // The 8-bit form gives a key's path below the root, the 16-bit form its name alone.
-    const Text<Ch> path = Pick<Ch>("S\\" + narrow, name), top = Pick<Ch>("\\S", T("S"));
+    const Text<Ch> path = Pick<Ch>("S\\" + narrow, name), top = Pick<Ch>("\\S", L"S");
     ExpectNoHandleLeak([&] {
-        this->Expect(path, T("S"), KB(EnumKey), KB(EnumKeyTString));
-        this->Expect(name, T("S"), KB(EnumValue), KB(EnumValueTString));
-        this->Expect(top, nullptr, KB(EnumKey), KB(EnumKeyTString));
+        this->Expect(path, "S"_t, Exports<Ch>::EnumKey, Exports<Ch>::EnumKeyTString);
+        this->Expect(name, "S"_t, Exports<Ch>::EnumValue, Exports<Ch>::EnumValueTString);
+        this->Expect(top, nullptr, Exports<Ch>::EnumKey, Exports<Ch>::EnumKeyTString);
     });
 }
 
@@ -49,14 +50,15 @@ TYPED_TEST(SettingsTree, DeletesWhatIsNamedWithEverythingBelow) {
         RawKey("S\\One\\A\\Deep").Set(L"N", 1u);
         RawKey("S\\One\\B");
         RawKey("S\\Two").Set(L"N", 1u);
-        EXPECT_FALSE(KB(DeleteKey)(T("S"), T("")) || KB(DeleteSection)(nullptr));
-        EXPECT_TRUE(KB(DeleteKey)(nullptr, T("S\\One")));
-        EXPECT_EQ(1, KB(GetKeyCount)(T("S")));
-        EXPECT_EQ(1, KB(GetValueCount)(T("S\\Two")));
-        EXPECT_TRUE(KB(DeleteValue)(T("S\\Two"), T("N")) && !KB(GetValueCount)(T("S\\Two")));
-        EXPECT_TRUE(KB(DeleteSection)(T("S")));
-        EXPECT_EQ(0, KB(GetKeyCount)(T("S")) + KB(GetValueCount)(T("S")));
-        EXPECT_FALSE(KB(DeleteValue)(T("New\\Section"), T("N")));
+        EXPECT_FALSE(Exports<Ch>::DeleteKey("S"_t, ""_t) || Exports<Ch>::DeleteSection(nullptr));
+        EXPECT_TRUE(Exports<Ch>::DeleteKey(nullptr, "S\\One"_t));
+        EXPECT_EQ(1, Exports<Ch>::GetKeyCount("S"_t));
+        EXPECT_EQ(1, Exports<Ch>::GetValueCount("S\\Two"_t));
+        EXPECT_TRUE(Exports<Ch>::DeleteValue("S\\Two"_t, "N"_t) &&
+                    !Exports<Ch>::GetValueCount("S\\Two"_t));
+        EXPECT_TRUE(Exports<Ch>::DeleteSection("S"_t));
+        EXPECT_EQ(0, Exports<Ch>::GetKeyCount("S"_t) + Exports<Ch>::GetValueCount("S"_t));
+        EXPECT_FALSE(Exports<Ch>::DeleteValue("New\\Section"_t, "N"_t));
         EXPECT_TRUE(RawKey::Exists("New\\Section")) << "created on the way";
     });
 }

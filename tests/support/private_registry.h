@@ -11,7 +11,7 @@ inline constexpr char kRoot[] = "Software\\Tarnwick\\Vidmoor\\Configuration";
 
 /// While it lives, HKEY_LOCAL_MACHINE of this process is an empty key of its own below
 /// "HKEY_CURRENT_USER\Software\Kitbag tests"; the key is deleted at the end. The test program's
-/// main holds one. The key's name carries process and time.
+/// main gives one to each test. The key's name carries process and time.
 class PrivateRegistry {
  public:
     PrivateRegistry() {
@@ -26,8 +26,10 @@ class PrivateRegistry {
     }
 
  private:
+    static inline int count_ = 0;
     const std::string path_ = "Software\\Kitbag tests\\" + std::to_string(::GetCurrentProcessId()) +
-                              '-' + std::to_string(::GetTickCount());
+                              '-' + std::to_string(::GetTickCount()) + '-' +
+                              std::to_string(++count_);
     HKEY key_ = nullptr;
 };
 

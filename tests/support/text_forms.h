@@ -1,13 +1,18 @@
 // One test for both text forms of a function.
 //
 //     TYPED_TEST(Tree, CountsKeys) {
-//         using Ch = TypeParam;
-//         EXPECT_EQ(0, KB(GetKeyCount)(T("Audio")));  // KB_GetKeyCountA, then KB_GetKeyCountW
+//         using Kb = Exports<TypeParam>;
+//         EXPECT_EQ(0, Kb::GetKeyCount("Audio"_t));  // KB_GetKeyCountA, then KB_GetKeyCountW
 //     }
 #pragma once
 
 #include <gtest/gtest.h>
-#include <kitbag/frame/win_string.h>
+#include <kitbag/kitbag.h>
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <type_traits>
 
 namespace kitbag::test {
 
@@ -31,7 +36,88 @@ struct TextFormName {
     }
 };
 
-}  // namespace kitbag::test
+/// A literal that is a text of either form, whichever a parameter asks for; Latin-1 beyond ASCII.
+/// Where nothing asks: Text<Ch>("Audio"_t).
+template <std::size_t size>
+struct TextLiteral {
+    consteval TextLiteral(const char (&text)[size]) {
+        std::ranges::copy(text, narrow);
+        std::ranges::transform(text, wide, [](char c) { return static_cast<unsigned char>(c); });
+    }
+    constexpr operator const char*() const { return narrow; }
+    constexpr operator const wchar_t*() const { return wide; }
 
-#define KB(name) (kitbag::test::Pick<Ch>(KB_##name##A, KB_##name##W))
-#define T(literal) (kitbag::test::Pick<Ch>(literal, L##literal))
+    template <class Ch>
+    friend bool operator==(const TextLiteral& literal, const std::basic_string<Ch>& text) {
+        return text == static_cast<const Ch*>(literal);
+    }
+    friend void PrintTo(const TextLiteral& literal, std::ostream* out) {
+        *out << testing::PrintToString(literal.narrow);
+    }
+
+    char narrow[size] = {};
+    wchar_t wide[size] = {};
+};
+
+template <TextLiteral literal>
+constexpr const auto& operator""_t() {
+    return literal;
+}
+
+/// The exported pairs, each under the name that its two functions share.
+template <class Ch>
+struct Exports {
+#define PAIR(name) static constexpr auto name = Pick<Ch>(KB_##name##A, KB_##name##W)
+    PAIR(GetBool);
+    PAIR(SetBool);
+    PAIR(GetDWORD);
+    PAIR(SetDWORD);
+    PAIR(GetInt);
+    PAIR(SetInt);
+    PAIR(GetString);
+    PAIR(SetString);
+    PAIR(GetTString);
+    PAIR(SetTString);
+    PAIR(GetBSTR);
+    PAIR(SetBSTR);
+    PAIR(GetDataSize);
+    PAIR(GetData);
+    PAIR(SetData);
+
+    PAIR(DeleteValue);
+    PAIR(DeleteKey);
+    PAIR(DeleteSection);
+    PAIR(GetKeyCount);
+    PAIR(EnumKey);
+    PAIR(EnumKeyTString);
+    PAIR(GetValueCount);
+    PAIR(EnumValue);
+    PAIR(EnumValueTString);
+    PAIR(DumpRegistry);
+
+    PAIR(GetConfigDirectory);
+    PAIR(SetConfigDirectory);
+    PAIR(GetSkinDirectory);
+    PAIR(SetSkinDirectory);
+    PAIR(GetDataDirectory);
+    PAIR(SetDataDirectory);
+    PAIR(GetDocDirectory);
+    PAIR(SetDocDirectory);
+
+    PAIR(ValidateFilename);
+    PAIR(ValidatePath);
+    PAIR(ValidateComputerName);
+    PAIR(CreatePath);
+    PAIR(CopyFileDeep);
+    PAIR(DeleteDirectory);
+    PAIR(LocalToUNC);
+    PAIR(UNCToLocal);
+    PAIR(BrowseForFolder);
+    PAIR(GetLinkInfo);
+
+    PAIR(GetModuleVersion);
+    PAIR(SetIErrorInfo);
+#undef PAIR
+};
+
+}  // namespace kitbag::test

@@ -1,0 +1,49 @@
+// Steps through texts of both forms by whole characters. In a double-byte code page the second byte
+// of a character may be that of a separator ('\\' is one): 8-bit text is never searched for one
+// byte by byte.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string_view>
+
+namespace kitbag {
+
+/// The code units of the character that begins here. A lead byte without its second byte stands
+/// alone, as it does for the system.
+inline std::size_t CharacterSize(std::string_view text) {
+    return text.size() > 1 && ::IsDBCSLeadByte(static_cast<BYTE>(text.front())) ? 2 : 1;
+}
+inline std::size_t CharacterSize(std::wstring_view) { return 1; }
+
+/// The first or last character of the text that is one of these ASCII characters, which no lead
+/// byte is; npos where none is.
+template <class Ch>
+std::size_t FindFirstOf(std::basic_string_view<Ch> text, std::basic_string_view<Ch> wanted) {
+    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at)))
+        if (wanted.find(text[at]) != wanted.npos) return at;
+    return text.npos;
+}
+template <class Ch>
+std::size_t FindLastOf(std::basic_string_view<Ch> text, std::basic_string_view<Ch> wanted) {
+    std::size_t last = text.npos;
+    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at)))
+        if (wanted.find(text[at]) != wanted.npos) last = at;
+    return last;
+}
+
+/// Where the last character of the text begins; npos in an empty text.
+template <class Ch>
+std::size_t LastCharacter(std::basic_string_view<Ch> text) {
+    std::size_t last = text.npos;
+    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at))) last = at;
+    return last;
+}
+
+template <class Ch>
+bool EndsWithBackslash(std::basic_string_view<Ch> text) {
+    return text.ends_with(Ch{'\\'}) && LastCharacter(text) == text.size() - 1;
+}
+
+}  // namespace kitbag
