@@ -13,9 +13,9 @@ install(FILES ${KITBAG_COMPILER_RUNTIME} DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(EXPORT KitbagTargets NAMESPACE Kitbag:: DESTINATION ${package_folder})
 
 configure_package_config_file(
-    "${CMAKE_CURRENT_LIST_DIR}/KitbagConfig.cmake.in" "${CMAKE_BINARY_DIR}/KitbagConfig.cmake"
+    "${CMAKE_CURRENT_LIST_DIR}/KitbagConfig.cmake.in" "${PROJECT_BINARY_DIR}/KitbagConfig.cmake"
     INSTALL_DESTINATION ${package_folder})
-write_basic_package_version_file("${CMAKE_BINARY_DIR}/KitbagConfigVersion.cmake"
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/KitbagConfigVersion.cmake"
     COMPATIBILITY SameMajorVersion)
-install(FILES "${CMAKE_BINARY_DIR}/KitbagConfig.cmake" "${CMAKE_BINARY_DIR}/KitbagConfigVersion.cmake"
+install(FILES "${PROJECT_BINARY_DIR}/KitbagConfig.cmake" "${PROJECT_BINARY_DIR}/KitbagConfigVersion.cmake"
     DESTINATION ${package_folder})
