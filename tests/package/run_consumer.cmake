@@ -1,6 +1,6 @@
-# Installs the package, copies the consumer out of the tree, builds it and runs it.
-set(folder "${build}/package-test")
-set(package "${folder}/package")
+# Packs the package, unpacks it into a path with blanks, builds a program from it the way that README
+# tells, and runs it from its own folder.
+set(folder "${build}/package test")
 file(REMOVE_RECURSE "${folder}")
 file(COPY "${consumer}" DESTINATION "${folder}")
 
@@ -8,9 +8,14 @@ function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-run(${CMAKE_COMMAND} --install "${build}" --prefix "${package}")
+run(${CMAKE_CPACK_COMMAND} --config "${build}/CPackConfig.cmake" -B "${folder}")
+file(GLOB archive "${folder}/*.zip")
+file(ARCHIVE_EXTRACT INPUT "${archive}" DESTINATION "${folder}")
+cmake_path(GET archive STEM LAST_ONLY name)
+set(package "${folder}/${name}")
+
 run(${CMAKE_COMMAND} -S "${folder}/consumer" -B "${folder}/build" -G "${generator}"
-    -D "CMAKE_TOOLCHAIN_FILE=${toolchain}" -D "Kitbag_DIR=${package}/lib/cmake/Kitbag")
+    -D "CMAKE_TOOLCHAIN_FILE=${package}/lib/cmake/Kitbag/mingw32.cmake"
+    -D "CMAKE_PREFIX_PATH=${package}")
 run(${CMAKE_COMMAND} --build "${folder}/build")
-run(${CMAKE_COMMAND} --install "${folder}/build" --prefix "${package}")
-run("${emulator}" "${package}/bin/consumer.exe")
+run("${emulator}" "${folder}/build/consumer.exe")
