@@ -1,9 +1,10 @@
 #include <kitbag/files/checksum.h>
+#include <kitbag/files/crc32.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/owned.h>
 #include <wrl/client.h>
 
-#include <array>
+#include <algorithm>
 #include <span>
 
 namespace kitbag {
@@ -12,27 +13,12 @@ namespace {
 
 constexpr std::size_t kChunk = 32767;
 
-using Table = std::array<DWORD, 256>;
-
-constexpr Table MakeTable() {
-    Table table{};
-    for (DWORD i = 0; i < table.size(); ++i) {
-        DWORD entry = i;
-        for (int bit = 0; bit < 8; ++bit) entry = (entry >> 1) ^ (entry & 1 ? 0xEDB88320 : 0);
-        table[i] = entry;
-    }
-    return table;
-}
-constexpr Table kTable = MakeTable();
-static_assert(kTable[1] == 0x77073096);
-
 class Crc {
  public:
-    void Update(const BYTE* bytes, std::size_t length) {
-        DWORD reg = register_;
-        for (const BYTE byte : std::span(bytes, length))
-            reg = (reg >> 8) ^ kTable[(reg ^ byte) & 0xFF];
-        register_ = reg;
+    void Update(std::span<const BYTE> bytes) {
+        static const bool folds = ProcessorCanFold();
+        register_ =
+            folds ? UpdateCrcByFolding(register_, bytes) : UpdateCrcByTables(register_, bytes);
     }
     DWORD Value() const { return ~register_; }
 
@@ -44,13 +30,21 @@ DWORD CrcOfFile(const char* path) {
     Crc crc;
     const FileHandle file(::CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                         FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!file) return crc.Value();
+    // A device or a pipe may keep a reader waiting for ever.
+    if (!file || ::GetFileType(file.Get()) != FILE_TYPE_DISK) return crc.Value();
     BYTE chunk[kChunk];
     DWORD read = 0;
     // A read at the end of the file succeeds with no bytes.
     while (::ReadFile(file.Get(), chunk, sizeof chunk, &read, nullptr) && read > 0)
-        crc.Update(chunk, read);
+        crc.Update({chunk, read});
     return crc.Value();
+}
+
+/// The bytes that a stream read into the buffer. It may claim more than it was asked for.
+std::span<const BYTE> ReadFrom(IStream& stream, std::span<BYTE> buffer) {
+    ULONG read = 0;
+    if (FAILED(stream.Read(buffer.data(), static_cast<ULONG>(buffer.size()), &read))) return {};
+    return buffer.first(std::min<std::size_t>(read, buffer.size()));
 }
 
 DWORD CrcOfStream(IStream* given) {
@@ -61,8 +55,11 @@ DWORD CrcOfStream(IStream* given) {
 
     Crc crc;
     BYTE chunk[kChunk];
-    ULONG read = 0;
-    while (SUCCEEDED(stream->Read(chunk, sizeof chunk, &read)) && read > 0) crc.Update(chunk, read);
+    for (;;) {
+        const std::span<const BYTE> bytes = ReadFrom(*stream.Get(), chunk);
+        if (bytes.empty()) break;
+        crc.Update(bytes);
+    }
 
     LARGE_INTEGER back;
     back.QuadPart = static_cast<LONGLONG>(position.QuadPart);
@@ -79,7 +76,7 @@ using kitbag::Guarded;
 DWORD KB_MemCRC(const void* data, long length) {
     kitbag::Crc crc;
     if (data && length > 0)
-        crc.Update(static_cast<const BYTE*>(data), static_cast<std::size_t>(length));
+        crc.Update({static_cast<const BYTE*>(data), static_cast<std::size_t>(length)});
     return crc.Value();
 }
 

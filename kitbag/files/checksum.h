@@ -10,7 +10,8 @@
 KITBAG_PLAIN DWORD KB_MemCRC(const void* data, long length);
 
 /// Of a file, which no one else may have open meanwhile. 0 where it cannot be opened, as for an
-/// empty file; a file that can be read only in part gives the checksum of that part.
+/// empty file, and at once for what is no file (a device, a pipe); a file that can be read only in
+/// part gives the checksum of that part.
 KITBAG_PLAIN DWORD KB_FileCRC(const char* path);
 
 /// Of a stream from its current position to its end; the position is put back. 0 for a null stream.

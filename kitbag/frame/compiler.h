@@ -34,3 +34,13 @@ inline std::string StoredClassName(const std::type_info& type) {
 #else
 #define KITBAG_SHARED_SECTION(name) __attribute__((section(name), shared))
 #endif
+
+/// KITBAG_TARGET("name") before a function: it may use the instructions of that name, which not
+/// every processor has; its callers have asked. These are instructions on registers of 16 bytes,
+/// and what the function keeps on the stack is aligned to match whoever calls: Windows promises 4
+/// bytes.
+#if defined(_MSC_VER)
+#define KITBAG_TARGET(instructions)
+#else
+#define KITBAG_TARGET(instructions) __attribute__((target(instructions), force_align_arg_pointer))
+#endif
