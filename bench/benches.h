@@ -1,4 +1,4 @@
-// The measurements, one list for each room.
+// The measurements, a list of each kind.
 #pragma once
 
 #include <bench/measure.h>
@@ -10,6 +10,7 @@ namespace kitbag::bench {
 std::vector<Result> MeasureFrame();
 std::vector<Result> MeasureRegistry();
 std::vector<Result> MeasureValues();
+std::vector<Result> MeasureChecksums();
 std::vector<Result> MeasureFiles();
 std::vector<Result> MeasureRuntime();
 

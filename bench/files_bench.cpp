@@ -1,10 +1,8 @@
-// Checksums against a plain loop, and the library's own work in translating share names.
+// The library's own work in translating share names.
 
 #include <bench/benches.h>
-#include <kitbag/files/checksum.h>
 #include <kitbag/files/unc_translation.h>
 #include <tests/support/import_patch.h>
-#include <zlib.h>
 // The network's types need the system's.
 #include <lm.h>
 
@@ -16,43 +14,6 @@ namespace kitbag::bench {
 namespace {
 
 using test::ImportPatch;
-
-constexpr std::size_t kBlock = 1 << 16;
-
-const std::vector<BYTE>& Block() {
-    static const std::vector<BYTE> block = [] {
-        std::vector<BYTE> bytes(kBlock);
-        for (std::size_t i = 0; i < kBlock; ++i) bytes[i] = static_cast<BYTE>(i * 31);
-        return bytes;
-    }();
-    return block;
-}
-
-DWORD PlainCrc(const BYTE* bytes, std::size_t length) {
-    static const std::vector<DWORD> table = [] {
-        std::vector<DWORD> entries(256);
-        for (DWORD i = 0; i < 256; ++i) {
-            entries[i] = i;
-            for (int bit = 0; bit < 8; ++bit)
-                entries[i] = (entries[i] >> 1) ^ (entries[i] & 1 ? 0xEDB88320 : 0);
-        }
-        return entries;
-    }();
-    const DWORD* entry = table.data();
-    DWORD crc = 0xFFFFFFFF;
-    for (std::size_t i = 0; i < length; ++i) crc = (crc >> 8) ^ entry[(crc ^ bytes[i]) & 0xFF];
-    return ~crc;
-}
-
-void LibraryCrc(int count) {
-    for (int i = 0; i < count; ++i) Keep(KB_MemCRC(Block().data(), kBlock));
-}
-void ReferenceCrc(int count) {
-    for (int i = 0; i < count; ++i) Keep(PlainCrc(Block().data(), kBlock));
-}
-void ZlibCrc(int count) {
-    for (int i = 0; i < count; ++i) Keep(::crc32(0, Block().data(), kBlock));
-}
 
 // A server that answers at once with 100 shares.
 
@@ -108,11 +69,6 @@ Result Translation() {
 
 }  // namespace
 
-std::vector<Result> MeasureFiles() {
-    return {Measure(Comparison{"KB_MemCRC, 64 KB", LibraryCrc, "a plain byte-per-step table loop",
-                               ReferenceCrc, 1.02}),
-            Measure(Comparison{"KB_MemCRC, 64 KB", LibraryCrc, "zlib's crc32", ZlibCrc}),
-            Translation()};
-}
+std::vector<Result> MeasureFiles() { return {Translation()}; }
 
 }  // namespace kitbag::bench

@@ -4,10 +4,10 @@
 int main() {
     using namespace kitbag::bench;
     const kitbag::test::PrivateRegistry registry;
-    std::vector<Result> results;
-    for (const auto measure :
-         {MeasureRegistry, MeasureFrame, MeasureValues, MeasureFiles, MeasureRuntime})
-        for (const Result& result : measure()) results.push_back(result);
     PrintHeading();
-    return Print(results) ? 0 : 1;
+    bool allHeld = true;
+    for (const auto measure : {MeasureRegistry, MeasureFrame, MeasureValues, MeasureChecksums,
+                               MeasureFiles, MeasureRuntime})
+        allHeld = Print(measure()) && allHeld;
+    return allHeld ? 0 : 1;
 }

@@ -9,6 +9,8 @@ namespace kitbag::bench {
 
 namespace {
 
+using Series = std::vector<double>;
+
 constexpr int kAbsoluteRounds = 41;
 constexpr double kRoundInNanoseconds = 4e6;
 constexpr int kAttempts = 8;
@@ -33,14 +35,17 @@ int CallsPerRound(const Calls& calls) {
     return count;
 }
 
-double Median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+/// What so many of every hundred values are below.
+double Percentile(Series values, std::size_t percent) {
+    const auto place =
+        values.begin() + static_cast<std::ptrdiff_t>((values.size() - 1) * percent / 100);
+    std::nth_element(values.begin(), place, values.end());
+    return *place;
 }
+double Median(const Series& values) { return Percentile(values, 50); }
 
 /// False where the machine was busy with something else at one end of the run.
-bool IsSteady(const std::vector<double>& times) {
+bool IsSteady(const Series& times) {
     const auto third = static_cast<std::ptrdiff_t>(times.size() / 3);
     const double first = Median({times.begin(), times.begin() + third});
     const double last = Median({times.end() - third, times.end()});
@@ -64,13 +69,19 @@ std::string Ratio(double ratio) {
     return text;
 }
 
+/// The times of one run or of several, and what the bound is for: ratios, or the times themselves.
 struct Rounds {
-    std::vector<double> library, reference, ratios;
+    Series library, reference, judged;
+    bool steady = true;
+
+    void Append(const Rounds& more) {
+        library.insert(library.end(), more.library.begin(), more.library.end());
+        reference.insert(reference.end(), more.reference.begin(), more.reference.end());
+        judged.insert(judged.end(), more.judged.begin(), more.judged.end());
+    }
 };
 
-Rounds Interleave(const Comparison& comparison) {
-    const int libraryCalls = CallsPerRound(comparison.library);
-    const int referenceCalls = CallsPerRound(comparison.reference);
+Rounds Interleave(const Comparison& comparison, int libraryCalls, int referenceCalls) {
     Rounds rounds;
     for (int round = 0; round < comparison.rounds; ++round) {
         double library = 0, reference = 0;
@@ -79,14 +90,37 @@ Rounds Interleave(const Comparison& comparison) {
         if (round % 2 != 0) library = Time(comparison.library, libraryCalls);
         rounds.library.push_back(library);
         rounds.reference.push_back(reference);
-        rounds.ratios.push_back(library / reference);
+        rounds.judged.push_back(library / reference);
     }
+    rounds.steady = IsSteady(rounds.library) && IsSteady(rounds.reference);
     return rounds;
 }
 
-const char* Verdict(bool steady, bool held) {
-    if (!held) return "EXCEEDED";
-    return steady ? "" : "unsteady";
+/// True where the rounds on one side of the bound are no more than chance.
+bool IsWithinNoise(double bound, const Series& judged) {
+    return Percentile(judged, 10) <= bound && bound <= Percentile(judged, 90);
+}
+
+/// The rounds of as many steady runs as it takes to tell on which side of the bound they are; those
+/// of the last run where none was steady.
+template <class Run>
+Rounds RunUntilClear(double bound, Run run) {
+    Rounds steady;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        const Rounds rounds = run();
+        if (rounds.steady)
+            steady.Append(rounds);
+        else if (attempt == kAttempts - 1 && steady.judged.empty())
+            return rounds;
+        if (!steady.judged.empty() && !IsWithinNoise(bound, steady.judged)) break;
+    }
+    return steady;
+}
+
+const char* Verdict(const Rounds& rounds, double bound) {
+    if (bound <= 0) return "";
+    if (Median(rounds.judged) > bound) return "EXCEEDED";
+    return rounds.steady ? "" : "unsteady";
 }
 
 void PrintLine(const Result& line) {
@@ -98,39 +132,34 @@ void PrintLine(const Result& line) {
 }  // namespace
 
 Result Measure(const Comparison& comparison) {
-    Rounds rounds;
-    bool steady = false;
-    for (int attempt = 0; !steady && attempt < kAttempts; ++attempt) {
-        rounds = Interleave(comparison);
-        steady = IsSteady(rounds.library) && IsSteady(rounds.reference);
-    }
-    const double ratio = Median(rounds.ratios);
+    const int libraryCalls = CallsPerRound(comparison.library);
+    const int referenceCalls = CallsPerRound(comparison.reference);
+    const Rounds rounds = RunUntilClear(
+        comparison.bound, [&] { return Interleave(comparison, libraryCalls, referenceCalls); });
     Result result;
     result.operation = comparison.operation;
     result.library = Duration(Median(rounds.library));
     result.reference = Duration(Median(rounds.reference)) + "  " + comparison.referenceName;
-    result.ratio = Ratio(ratio);
+    result.ratio = Ratio(Median(rounds.judged));
     result.bound = comparison.bound > 0 ? "<= " + Ratio(comparison.bound) : "information";
-    result.verdict = Verdict(steady, comparison.bound <= 0 || ratio <= comparison.bound);
+    result.verdict = Verdict(rounds, comparison.bound);
     return result;
 }
 
 Result Measure(const Absolute& absolute) {
-    std::vector<double> times;
     const int calls = CallsPerRound(absolute.library);
-    bool steady = false;
-    for (int attempt = 0; !steady && attempt < kAttempts; ++attempt) {
-        times.clear();
+    const Rounds rounds = RunUntilClear(absolute.boundInNanoseconds, [&] {
+        Rounds run;
         for (int round = 0; round < kAbsoluteRounds; ++round)
-            times.push_back(Time(absolute.library, calls));
-        steady = IsSteady(times);
-    }
-    const double time = Median(times);
+            run.judged.push_back(Time(absolute.library, calls));
+        run.steady = IsSteady(run.judged);
+        return run;
+    });
     Result result;
     result.operation = absolute.operation;
-    result.library = Duration(time);
+    result.library = Duration(Median(rounds.judged));
     result.bound = "<= " + Duration(absolute.boundInNanoseconds);
-    result.verdict = Verdict(steady, time <= absolute.boundInNanoseconds);
+    result.verdict = Verdict(rounds, absolute.boundInNanoseconds);
     return result;
 }
 

@@ -1,7 +1,8 @@
 // Times an operation of the library against a reference that is measured in the same run.
 //
 // Rounds of both are interleaved, so that what else the machine does falls on both alike, and the
-// ratio is the median of the rounds' ratios.
+// ratio is the median of the rounds' ratios. Where a bound lies within the noise of the rounds,
+// they are repeated, and all of them judge together.
 #pragma once
 
 #include <functional>
@@ -41,8 +42,9 @@ struct Result {
     std::string verdict = {};
 };
 
-/// The median time of one call, of a run whose first and last rounds differ by a fifth at most;
-/// unsteady runs are discarded and repeated, and the verdict tells where all were unsteady.
+/// The median time of one call, of runs whose first and last rounds differ by a fifth at most;
+/// unsteady runs are discarded and repeated. The verdict tells where all were unsteady, except for
+/// a row without a bound.
 Result Measure(const Comparison& comparison);
 Result Measure(const Absolute& absolute);
 

@@ -1,7 +1,9 @@
-// The typed settings against the same system calls written by hand.
+// The typed settings and the dump against the same system calls written by hand.
 
 #include <bench/benches.h>
+#include <kitbag/registry/dump.h>
 #include <kitbag/registry/stored_values.h>
+#include <kitbag/registry/tree.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/text_forms.h>
 
@@ -155,6 +157,42 @@ void WithoutTheRegistry(std::vector<Result>& results) {
                          Repeat([] { KB_SetDWORDA("Bench\\Section", "Number", 7); }), kBound}));
 }
 
+/// The calls of a dump, and nothing else.
+template <class Ch>
+void Enumerate() {
+    HKEY key = nullptr;
+    if (!Bare<Ch>::Open(key)) return;
+    Ch name[256];
+    BYTE data[256];
+    for (DWORD index = 0;; ++index) {
+        DWORD length = 256, type = 0, bytes = sizeof data;
+        if (test::Pick<Ch>(::RegEnumValueA, ::RegEnumValueW)(key, index, name, &length, nullptr,
+                                                             &type, data, &bytes))
+            break;
+    }
+    ::RegCloseKey(key);
+}
+
+/// Of a section that holds nothing but 10,000 values, texts and numbers in turn.
+template <class Ch>
+Result Dump() {
+    for (int i = 0; i < 10000; i += 2) {
+        const std::string name = "Value " + std::to_string(i);
+        KB_SetTStringA("Bench\\Section", name.c_str(), "C:\\Media\\Recordings\\Series and films");
+        KB_SetDWORDA("Bench\\Section", (name + " too").c_str(), 1000u + static_cast<DWORD>(i));
+    }
+    const auto dump = [] {
+        Text<Ch> output;
+        KB(DumpRegistry)(T("Bench\\Section"), output);
+        Keep(output);
+    };
+    const Result result = Measure(
+        Comparison{std::string("KB_DumpRegistry") + test::Pick<Ch>("A", "W") + ", 10,000 values",
+                   Repeat(dump), "a bare enumeration", Repeat(Enumerate<Ch>), 1.2});
+    KB_DeleteSectionA("Bench");
+    return result;
+}
+
 }  // namespace
 
 std::vector<Result> MeasureRegistry() {
@@ -162,6 +200,8 @@ std::vector<Result> MeasureRegistry() {
     CompareForms<char>(results);
     CompareForms<wchar_t>(results);
     WithoutTheRegistry(results);
+    results.push_back(Dump<char>());
+    results.push_back(Dump<wchar_t>());
     return results;
 }
 

@@ -5,6 +5,7 @@
 #include <kitbag/values/scalar_values.h>
 #include <kitbag/values/value_table.h>
 
+#include <cmath>
 #include <memory>
 #include <string>
 
@@ -36,58 +37,97 @@ Result CachedRead() {
 
 class Row : public ValueTableEntry {
  public:
-    Row() { Row::DeclareValues(); }
+    explicit Row(unsigned long number = 0) {
+        Row::DeclareValues();
+        Number.SetValue(number);
+        Shuffled.SetValue(number * 2654435761u);
+    }
     using ValueTableEntry::operator=;
-    void DeclareValues() override { DeclareValue(Number, "Number", true); }
-    UInt32Value Number;
+    void DeclareValues() override {
+        DeclareValue(Number, "Number", true);
+        DeclareValue(Shuffled, "Shuffled", false);
+    }
+    UInt32Value Number, Shuffled;
 };
 
 class Table : public ValueTable {
  public:
-    explicit Table(int rows) : name("Rows " + std::to_string(rows)) {
+    Table(int rows, bool unique) : name("Rows " + std::to_string(rows)), unique_(unique) {
         ValueTable::SetValueName(name);
-        for (int i = 0; i < rows; ++i) ValueTable::AddEntry(new Row);
+        AddRows(rows);
     }
     using ValueTable::operator=;
     Value* Copy() const override { return nullptr; }
     ValueTableEntry* EntryFactory(const TWinString<char>&) const override { return new Row; }
+    bool UsesUniqueIdents() const override { return unique_; }
+
+    void AddRows(int rows) {
+        for (int i = 0; i < rows; ++i) AddEntry(new Row(static_cast<unsigned long>(i)));
+    }
     TWinString<char> name;
+
+ private:
+    const bool unique_;
 };
 
 constexpr int kLarge = 4000;
+constexpr int kSmall = 250;
 
 /// One call handles 4,000 rows, in tables of the given size.
-Calls SaveTables(int rows) {
-    const auto table = std::make_shared<Table>(rows);
-    return [=](int count) {
-        for (int i = 0; i < count * (kLarge / rows); ++i) table->SaveRegistry("Bench");
-    };
-}
-Calls LoadTables(int rows) {
-    const auto table = std::make_shared<Table>(rows);
+Calls InTablesOf(int rows, bool unique, void (*handle)(Table& table, int rows)) {
+    const auto table = std::make_shared<Table>(rows, unique);
     table->SaveRegistry("Bench");
     return [=](int count) {
-        for (int i = 0; i < count * (kLarge / rows); ++i) {
-            table->RemoveAllEntries();
-            table->LoadRegistry("Bench");
-        }
+        for (int i = 0; i < count * (kLarge / rows); ++i) handle(*table, rows);
     };
 }
 
-void CompareSizes(std::vector<Result>& results, const std::string& what, Calls (*work)(int rows)) {
-    constexpr double kBound = 1.2;
+void Save(Table& table, int) { table.SaveRegistry("Bench"); }
+void Load(Table& table, int) {
+    table.RemoveAllEntries();
+    table.LoadRegistry("Bench");
+}
+void Add(Table& table, int rows) {
+    table.RemoveAllEntries();
+    table.AddRows(rows);
+}
+void FindLast(Table& table, int rows) {
+    Keep(table.FindEntry(IdentValue("Number=" + std::to_string(rows - 1))));
+}
+void Sort(Table& table, int) {
+    table.Sort("Shuffled");
+    table.Sort("Number");
+}
+
+struct Handling {
+    const char* name;
+    bool unique;
+    void (*handle)(Table& table, int rows);
+    double bound;
+};
+
+void CompareSizes(std::vector<Result>& results, const Handling& handling) {
     for (const int rows : {1000, kLarge})
-        results.push_back(
-            Measure(Comparison{what + ", 4000 rows in tables of " + std::to_string(rows),
-                               work(rows), "in tables of 250", work(250), kBound, 5}));
+        results.push_back(Measure(Comparison{
+            std::string(handling.name) + ", 4000 rows in tables of " + std::to_string(rows),
+            InTablesOf(rows, handling.unique, handling.handle), "in tables of 250",
+            InTablesOf(kSmall, handling.unique, handling.handle), handling.bound, 5}));
 }
 
 }  // namespace
 
 std::vector<Result> MeasureValues() {
     std::vector<Result> results = {CachedRead()};
-    CompareSizes(results, "ValueTable save", SaveTables);
-    CompareSizes(results, "ValueTable load", LoadTables);
+    // As many rows in larger tables take longer to sort: by as much as the numbers of a table's
+    // rows have more digits.
+    const double sorting = std::log(kLarge) / std::log(kSmall);
+    for (const Handling& handling : {Handling{"ValueTable save", false, Save, 1.2},
+                                     Handling{"ValueTable load", false, Load, 1.2},
+                                     Handling{"ValueTable load, unique", true, Load, 1.3},
+                                     Handling{"ValueTable add, unique", true, Add, 1.3},
+                                     Handling{"FindEntry, unique", true, FindLast, 1.3},
+                                     Handling{"Sort, unique", true, Sort, 1.3 * sorting}})
+        CompareSizes(results, handling);
     KB_DeleteSectionA("Bench");
     return results;
 }

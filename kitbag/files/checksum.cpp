@@ -13,12 +13,19 @@ namespace {
 
 constexpr std::size_t kChunk = 32767;
 
+using CrcUpdate = DWORD (*)(DWORD crc, std::span<const BYTE> bytes);
+
+CrcUpdate FastestUpdate() {
+    if (ProcessorCanFoldWide()) return UpdateCrcByWideFolding;
+    if (ProcessorCanFold()) return UpdateCrcByFolding;
+    return UpdateCrcByTables;
+}
+
 class Crc {
  public:
     void Update(std::span<const BYTE> bytes) {
-        static const bool folds = ProcessorCanFold();
-        register_ =
-            folds ? UpdateCrcByFolding(register_, bytes) : UpdateCrcByTables(register_, bytes);
+        static const CrcUpdate update = FastestUpdate();
+        register_ = update(register_, bytes);
     }
     DWORD Value() const { return ~register_; }
 

@@ -36,9 +36,8 @@ inline std::string StoredClassName(const std::type_info& type) {
 #endif
 
 /// KITBAG_TARGET("name") before a function: it may use the instructions of that name, which not
-/// every processor has; its callers have asked. These are instructions on registers of 16 bytes,
-/// and what the function keeps on the stack is aligned to match whoever calls: Windows promises 4
-/// bytes.
+/// every processor has; its callers have asked. What such a function keeps on the stack may have to
+/// be aligned by more than the 4 bytes that Windows promises, so that it aligns the stack itself.
 #if defined(_MSC_VER)
 #define KITBAG_TARGET(instructions)
 #else

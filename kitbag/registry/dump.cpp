@@ -3,9 +3,11 @@
 #include <kitbag/registry/dump.h>
 #include <kitbag/registry/settings_key.h>
 
-#include <cstdio>
+#include <algorithm>
+#include <charconv>
+#include <concepts>
 #include <cstring>
-#include <cwchar>
+#include <iterator>
 #include <string>
 
 namespace kitbag {
@@ -33,13 +35,20 @@ void AppendText(const EnumeratedValue<Ch>& value, std::basic_string<Ch>& output)
 }
 
 template <class Ch>
+void AppendDigits(std::integral auto number, int base, std::basic_string<Ch>& output) {
+    char digits[16];
+    char* const end = std::to_chars(digits, std::end(digits), number, base).ptr;
+    std::copy(digits, end, std::back_inserter(output));
+}
+
+template <class Ch>
 void AppendNumber(const EnumeratedValue<Ch>& value, std::basic_string<Ch>& output) {
     int number = 0;
     std::memcpy(&number, value.data, sizeof number);
-    char text[32];
-    const int length =
-        std::snprintf(text, sizeof text, "%d (0x%x)", number, static_cast<unsigned>(number));
-    output.append(text, text + length);
+    AppendDigits(number, 10, output);
+    output += KITBAG_TEXT(Ch, " (0x");
+    AppendDigits(static_cast<unsigned>(number), 16, output);
+    output += Ch{')'};
 }
 
 template <class Ch>
