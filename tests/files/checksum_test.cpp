@@ -35,7 +35,7 @@ std::string RandomText(std::size_t length) {
     return text;
 }
 
-TEST(Checksum, IsTheUsualOne) { EXPECT_EQ(0xCBF43926, KB_MemCRC("123456789", 9)); }
+TEST(Checksum, IsTheUsualCrc32) { EXPECT_EQ(0xCBF43926, KB_MemCRC("123456789", 9)); }
 
 TEST(Checksum, OfNothingIs0) {
     EXPECT_EQ(0u, KB_MemCRC(nullptr, 9));
@@ -108,7 +108,7 @@ TEST(ChecksumOfAFile, Is0WhereItCannotBeOpened) {
     const TextFolder<char> folder;
     folder.Write("in use");
     const std::ifstream user(folder / "in use");  // who lets others open it
-    for (const char* name : {"in use", "missing", ""})
+    for (const char* name : {"in use", "missing", "."})
         EXPECT_EQ(0u, KB_FileCRC(folder.In(name).c_str())) << name;
     EXPECT_EQ(0u, KB_FileCRC(nullptr));
 }
@@ -120,12 +120,12 @@ TEST(ChecksumOfAFile, Is0ForADeviceOrAPipeWithoutReadingFromIt) {
     const ImportPatch patch(
         "ReadFile", +[](HANDLE, void*, DWORD, DWORD* read, OVERLAPPED*)
                          WINAPI { return *read = 1, ++reads == 1; });
-    for (const std::string& name : {pipe, std::string("NUL"), std::string("CON")}) {
+    for (const auto& name : {pipe, std::string("NUL"), std::string("CON")}) {
         EXPECT_EQ(0u, KB_FileCRC(name.c_str())) << name;
         EXPECT_EQ(0, reads) << name;
     }
-    // It was there, and is no longer waiting for someone to open it.
-    EXPECT_EQ(ERROR_NO_DATA, ::ConnectNamedPipe(server, nullptr) ? 0 : ::GetLastError());
+    EXPECT_FALSE(::ConnectNamedPipe(server, nullptr));
+    EXPECT_EQ(ERROR_NO_DATA, ::GetLastError()) << "someone has opened the pipe and closed it again";
     ::CloseHandle(server);
 }
 
@@ -141,16 +141,17 @@ TEST(ChecksumOfAStream, GoesFromItsPositionToItsEndAndPutsThePositionBack) {
     EXPECT_EQ(7u, position.QuadPart);
 }
 
-struct Read {
+struct Answer {
     HRESULT result;
     ULONG bytes;
 };
 
-/// A stream at position 7 whose reads answer what the test says, and fill the buffer in any case.
+/// A stream at position 7 whose reads fill the buffer, whatever the test has them answer.
 class Stream final : public Double<IStream> {
  public:
     STDMETHODIMP Read(void* buffer, ULONG size, ULONG* bytes) override {
-        std::memset(buffer, 'x', bufferSize = size);
+        bufferSize = size;
+        std::memset(buffer, 'x', size);
         *bytes = next->bytes;
         return next++->result;
     }
@@ -171,7 +172,7 @@ class Stream final : public Double<IStream> {
     STDMETHODIMP Stat(STATSTG*, DWORD) override { return E_NOTIMPL; }
     STDMETHODIMP Clone(IStream**) override { return E_NOTIMPL; }
 
-    const struct Read* next = nullptr;
+    const Answer* next = nullptr;
     ULONG bufferSize = 0;
     LONGLONG sought = -1;
 };
@@ -179,7 +180,7 @@ class Stream final : public Double<IStream> {
 TEST(ChecksumOfAStream, CoversWhatTheStreamReadInTruth) {
     struct Case {
         std::string name;
-        std::vector<Read> reads;
+        std::vector<Answer> reads;
         std::optional<std::size_t> covered;  // else as much as the buffer holds
     };
     const std::vector<Case> cases{
