@@ -16,12 +16,13 @@ namespace {
 
 using test::ImportPatch;
 using test::Text;
+using test::operator""_t;
 
 /// A key that is opened for one access, as a caller without the library would write it.
 template <class Ch>
 struct Bare {
     static constexpr const Ch* kPath =
-        T("Software\\Tarnwick\\Vidmoor\\Configuration\\Bench\\Section");
+        "Software\\Tarnwick\\Vidmoor\\Configuration\\Bench\\Section"_t;
 
     static bool Open(HKEY& key) {
         return test::Pick<Ch>(::RegOpenKeyExA, ::RegOpenKeyExW)(HKEY_LOCAL_MACHINE, kPath, 0,
@@ -93,37 +94,24 @@ void CompareForms(std::vector<Result>& results) {
     const auto name = [](const char* function) {
         return std::string(function) + test::Pick<Ch>("A", "W");
     };
-    const Ch* const section = T("Bench\\Section");
-    static const Text<Ch> written = T("C:\\Media\\Recordings\\Series and films");
+    using Kb = test::Exports<Ch>;
+    const Ch* const section = "Bench\\Section"_t;
+    static const Text<Ch> written("C:\\Media\\Recordings\\Series and films"_t);
     static Text<Ch> read;
     static std::basic_string<Ch> readBare;
     static DWORD value = 0;
-    constexpr double kBound = 1.02;
-
-    results.push_back(Measure(
-        Comparison{name("KB_SetDWORD"), Repeat([=] {
-                       KB(SetDWORD)
-                       (section, T("Number"), 7);
-                   }),
-                   "the bare calls", Repeat([] { Bare<Ch>::SetNumber(T("Number"), 7); }), kBound}));
-    results.push_back(Measure(Comparison{
-        name("KB_GetDWORD"), Repeat([=] {
-            KB(GetDWORD)
-            (section, T("Number"), &value);
-        }),
-        "the bare calls", Repeat([] { Bare<Ch>::GetNumber(T("Number"), &value); }), kBound}));
-    results.push_back(Measure(Comparison{
-        name("KB_SetTString"), Repeat([=] {
-            KB(SetTString)
-            (section, T("Text"), written);
-        }),
-        "the bare calls", Repeat([] { Bare<Ch>::SetText(T("Text"), written); }), kBound}));
-    results.push_back(Measure(Comparison{
-        name("KB_GetTString"), Repeat([=] {
-            KB(GetTString)
-            (section, T("Text"), read);
-        }),
-        "the bare calls", Repeat([] { Bare<Ch>::GetText(T("Text"), readBare); }), kBound}));
+    const auto compare = [&](const char* function, const Calls& library, const Calls& bare) {
+        results.push_back(
+            Measure(Comparison{name(function), library, "the bare calls", bare, 1.02}));
+    };
+    compare("KB_SetDWORD", Repeat([=] { Kb::SetDWORD(section, "Number"_t, 7); }),
+            Repeat([] { Bare<Ch>::SetNumber("Number"_t, 7); }));
+    compare("KB_GetDWORD", Repeat([=] { Kb::GetDWORD(section, "Number"_t, &value); }),
+            Repeat([] { Bare<Ch>::GetNumber("Number"_t, &value); }));
+    compare("KB_SetTString", Repeat([=] { Kb::SetTString(section, "Text"_t, written); }),
+            Repeat([] { Bare<Ch>::SetText("Text"_t, written); }));
+    compare("KB_GetTString", Repeat([=] { Kb::GetTString(section, "Text"_t, read); }),
+            Repeat([] { Bare<Ch>::GetText("Text"_t, readBare); }));
 }
 
 LSTATUS WINAPI NoOpen(HKEY, LPCSTR, DWORD, REGSAM, PHKEY key) {
@@ -183,7 +171,7 @@ Result Dump() {
     }
     const auto dump = [] {
         Text<Ch> output;
-        KB(DumpRegistry)(T("Bench\\Section"), output);
+        test::Exports<Ch>::DumpRegistry("Bench\\Section"_t, output);
         Keep(output);
     };
     const Result result = Measure(

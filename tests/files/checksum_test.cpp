@@ -14,9 +14,9 @@
 namespace {
 
 using namespace kitbag::test;
-using Bytes = std::span<const BYTE>;
+using ByteSpan = std::span<const BYTE>;
 
-DWORD ByteByByte(Bytes bytes) {
+DWORD ByteByByte(ByteSpan bytes) {
     DWORD crc = 0xFFFFFFFF;
     for (const BYTE byte : bytes) {
         crc ^= byte;
@@ -43,10 +43,10 @@ TEST(Checksum, OfNothingIs0) {
     EXPECT_EQ(0u, KB_IStreamCRC(nullptr));
 }
 
-void ExpectSameAsByteByByte(DWORD crc(Bytes)) {
+void ExpectSameAsByteByByte(DWORD crc(ByteSpan)) {
     constexpr std::size_t kMegabyte = 1 << 20;
     const std::string text = RandomText(kMegabyte + 16);
-    const Bytes bytes(reinterpret_cast<const BYTE*>(text.data()), text.size());
+    const ByteSpan bytes(reinterpret_cast<const BYTE*>(text.data()), text.size());
     for (std::size_t start = 0; start < 16; ++start) {
         for (std::size_t length = 0; length <= 300; ++length)
             ASSERT_EQ(ByteByByte(bytes.subspan(start, length)), crc(bytes.subspan(start, length)))
@@ -58,12 +58,12 @@ void ExpectSameAsByteByByte(DWORD crc(Bytes)) {
 
 TEST(Checksum, IsTheSameAsByteByByte) {
     ExpectSameAsByteByByte(
-        [](Bytes bytes) { return KB_MemCRC(bytes.data(), static_cast<long>(bytes.size())); });
+        [](ByteSpan bytes) { return KB_MemCRC(bytes.data(), static_cast<long>(bytes.size())); });
 }
 
 // The ways that the library goes on processors of different kinds, compiled into the tests.
-template <DWORD update(DWORD, Bytes)>
-DWORD CrcBy(Bytes bytes) {
+template <DWORD update(DWORD, ByteSpan)>
+DWORD CrcBy(ByteSpan bytes) {
     return ~update(0xFFFFFFFF, bytes);
 }
 
@@ -92,7 +92,8 @@ TEST(ChecksumOfAFile, IsThatOfItsBytes) {
 TEST(ChecksumOfAFile, IsThatOfThePartThatCanBeRead) {
     const TextFolder<char> folder;
     folder.Write("file", std::string(70000, 'x'));
-    static DWORD firstPart = 0;
+    static DWORD firstPart;
+    firstPart = 0;
     const ImportPatch patch(
         "ReadFile", +[](HANDLE file, void* buffer, DWORD size, DWORD* read, OVERLAPPED*) WINAPI {
             if (firstPart > 0) return ::SetLastError(ERROR_CRC), FALSE;
@@ -116,7 +117,8 @@ TEST(ChecksumOfAFile, Is0WhereItCannotBeOpened) {
 TEST(ChecksumOfAFile, Is0ForADeviceOrAPipeWithoutReadingFromIt) {
     const std::string pipe = R"(\\.\pipe\kitbag-)" + std::to_string(::GetCurrentProcessId());
     HANDLE server = ::CreateNamedPipeA(pipe.c_str(), PIPE_ACCESS_DUPLEX, 0, 1, 0, 0, 0, nullptr);
-    static int reads = 0;
+    static int reads;
+    reads = 0;
     const ImportPatch patch(
         "ReadFile", +[](HANDLE, void*, DWORD, DWORD* read, OVERLAPPED*)
                          WINAPI { return *read = 1, ++reads == 1; });
