@@ -36,7 +36,7 @@ bool ProcessorCanFoldWide();
 /// What a half of a lane is multiplied by so that the product is x^n times as much. It lies in the
 /// lower bits of a reflected half, which counts as x^32 already; and the product of two reflected
 /// halves ends a bit below the lane's top, which the shift makes good.
-consteval std::int64_t FoldingFactor(std::size_t n) {
+constexpr std::int64_t FoldingFactor(std::size_t n) {
     DWORD power = 0x80000000;
     for (std::size_t i = 32; i < n; ++i) power = TimesX(power);
     return std::int64_t{power} << 1;

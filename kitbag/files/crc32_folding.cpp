@@ -24,7 +24,8 @@ __m128i Load(const BYTE* bytes) { return _mm_loadu_si128(reinterpret_cast<const 
 template <std::size_t bytes>
 KITBAG_TARGET("pclmul")
 __m128i Fold(__m128i lane, __m128i other) {
-    const __m128i factors = _mm_set_epi64x(FoldingFactor(8 * bytes), FoldingFactor(8 * bytes + 64));
+    constexpr std::int64_t first = FoldingFactor(8 * bytes + 64), second = FoldingFactor(8 * bytes);
+    const __m128i factors = _mm_set_epi64x(second, first);
     const __m128i folded = _mm_xor_si128(_mm_clmulepi64_si128(lane, factors, 0x00),
                                          _mm_clmulepi64_si128(lane, factors, 0x11));
     return _mm_xor_si128(folded, other);
