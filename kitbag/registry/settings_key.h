@@ -4,19 +4,14 @@
 #include <kitbag/frame/owned.h>
 #include <kitbag/frame/registry_calls.h>
 #include <kitbag/frame/text_form.h>
+#include <kitbag/registry/settings_root.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <memory>
-#include <string_view>
 
 namespace kitbag {
-
-/// The settings root key below HKEY_LOCAL_MACHINE.
-template <class Ch>
-inline constexpr std::basic_string_view<Ch> kSettingsRoot =
-    KITBAG_TEXT(Ch, "Software\\Tarnwick\\Vidmoor\\Configuration");
 
 /// The path of a section's key below HKEY_LOCAL_MACHINE: the root, one backslash and the section as
 /// it stands; a null or empty section is the root itself. Takes heap memory only for sections
