@@ -1,11 +1,17 @@
 #include <kitbag/kitbag.h>
 #include <kitbag/pages.h>
+#include <kitbag/settings.h>
+
+struct Numbers : kitbag::Section<Numbers> {
+    using Section::Section;
+    kitbag::Setting<UInt32Value> number{*this, "Number", 6};
+};
 
 int main() {
     TWinString<char> section;
     section.Format("Package %s", "test");
-    UInt32Value number(section, "Number", true);
-    number.SetValue(7);
+    Numbers numbers(section);
+    numbers.number = 7;
     DWORD stored = 0;
     IKivPageFactory* factory = nullptr;
     const bool works = KB_GetDWORDA(section.c_str(), "Number", &stored) && stored == 7 &&
