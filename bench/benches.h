@@ -13,5 +13,6 @@ std::vector<Result> MeasureValues();
 std::vector<Result> MeasureChecksums();
 std::vector<Result> MeasureFiles();
 std::vector<Result> MeasureRuntime();
+std::vector<Result> MeasureSettings();
 
 }  // namespace kitbag::bench

@@ -7,7 +7,7 @@ int main() {
     PrintHeading();
     bool allHeld = true;
     for (const auto measure : {MeasureRegistry, MeasureFrame, MeasureValues, MeasureChecksums,
-                               MeasureFiles, MeasureRuntime})
+                               MeasureFiles, MeasureRuntime, MeasureSettings})
         allHeld = Print(measure()) && allHeld;
     return allHeld ? 0 : 1;
 }
