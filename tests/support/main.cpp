@@ -60,6 +60,8 @@ int main(int argc, char** argv) {
         ListTests();
         return 0;
     }
+    // For the child process of a death test, which hears no listener.
+    const kitbag::test::PrivateRegistry registry;
     testing::UnitTest::GetInstance()->listeners().Append(new EachTestsRegistry);
     return RUN_ALL_TESTS();
 }
