@@ -24,7 +24,8 @@ struct Bytes {
     friend void PrintTo(const Bytes& bytes, std::ostream* out) {
         *out << bytes.content.size() << " bytes:";
         std::string printable;
-        for (const unsigned char byte : bytes.content) {
+        for (const char c : bytes.content) {
+            const auto byte = static_cast<unsigned char>(c);
             char hexadecimal[4];
             std::snprintf(hexadecimal, sizeof hexadecimal, " %02x", byte);
             *out << hexadecimal;

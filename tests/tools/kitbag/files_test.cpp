@@ -1,0 +1,99 @@
+#include <tests/tools/kitbag/tool.h>
+
+namespace {
+
+using namespace kitbag::test;
+using testing::HasSubstr;
+
+/// kitbag crc, modules, unc and local.
+struct FileCommands : ToolTest {};
+
+TEST_F(FileCommands, CrcShowsWhatItCanAndSaysWhatItCannot) {
+    Write("b.bin", "123456789");
+    Write("a.bin", "");
+    Write("c.bin", std::string(100'000, 'x'));
+    const std::string folder = folder_.Path().string() + '\\';
+    std::ofstream held(folder_ / "b.bin", std::ios::app);
+    const Ending ending = Kitbag({L"crc", In("missing"), In("*.bin"), In("*.none")});
+    EXPECT_EQ("00000000  0  " + folder + "a.bin\n" +      //
+                  "cbf43926  9  " + folder + "b.bin\n" +  //
+                  "89b19bcf  100000  " + folder + "c.bin\n",
+              ending.output);
+    EXPECT_THAT(ending.errors, HasSubstr("kitbag: " + folder + "missing: "));
+    EXPECT_THAT(ending.errors, HasSubstr("kitbag: " + folder + "*.none: "));
+    EXPECT_EQ(1u, ending.code);
+    EXPECT_EQ(0u, Kitbag({L"crc", In("a.bin")}).code);
+}
+
+TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
+    std::filesystem::copy_file(BuiltFolder() + L"Kitbag.dll", In("Kitbag.DLL"));
+    // The link time: the first of January 2026.
+    std::string program(0x100, '\0');
+    program.replace(0, 2, "MZ");
+    program[0x3c] = '\x40';
+    program.replace(0x40, 4, std::string("PE\0\0", 4));
+    program.replace(0x48, 4, std::string("\x80\xbb\x55\x69", 4));
+    Write("program.exe", program);
+    Write("text.exe", "This is text.");
+    Write("control.ocx", "MZ");
+    Write("readme.txt", "This is text.");
+    const Ending ending = Kitbag({L"modules", folder_.Path().wstring()});
+    EXPECT_THAT(ending.output,
+                testing::MatchesRegex(
+                    "file         product  version  linked                   description\n"
+                    "control.ocx                    no module\n"
+                    "Kitbag.DLL   1.0.0.0  1.0.0.0  20..-..-.. ..:..:.. UTC  Shared .*\n"
+                    "program.exe                    2026-01-01 00:00:00 UTC\n"
+                    "text.exe                       no module\n"));
+    EXPECT_EQ(0u, ending.code);
+    EXPECT_EQ(1u, Kitbag({L"modules", In("missing")}).code);
+    create_directory(folder_ / "empty");
+    EXPECT_EQ(1u, Kitbag({L"modules", In("empty")}).code);
+}
+
+/// The tool in a folder where it finds the network library of another computer.
+struct NameTranslation : ToolTest {
+    NameTranslation() {
+        for (const wchar_t* file : {L"kitbag.exe", L"Kitbag.dll", L"libstdc++-6.dll",
+                                    L"libgcc_s_dw2-1.dll", L"libwinpthread-1.dll"})
+            std::filesystem::copy_file(BuiltFolder() + file, folder_.Path() / file);
+        std::filesystem::copy_file(BuiltFolder() + L"tool_stand_ins\\netapi32.dll",
+                                   In("netapi32.dll"));
+        ::SetEnvironmentVariableA("WINEDLLOVERRIDES", "netapi32=n");
+    }
+    ~NameTranslation() override { ::SetEnvironmentVariableA("WINEDLLOVERRIDES", nullptr); }
+
+    Ending Kitbag(const wchar_t* command, const wchar_t* name) const {
+        return RunProgram(In("kitbag.exe"), {command, name});
+    }
+};
+
+TEST_F(NameTranslation, GoesBothWaysAndSaysWhyItDoesNot) {
+    const struct {
+        const wchar_t *command, *name;
+        DWORD code;
+        const char *output, *errors;
+    } rows[] = {
+        {L"unc", L"c:\\media\\Clip.mpg", 0, "\\\\PC\\Media\\Clip.mpg\n", ""},
+        {L"unc", L"D:\\Films", 0, "\\\\PC\\Disk\\Films\n", ""},
+        {L"unc", L"C:\\Other", 1, "",
+         "kitbag: C:\\Other: none of this computer's shares serves; they are Media (C:\\Media) "
+         "Disk (D:\\)\n"},
+        {L"local", L"\\\\pc\\Media\\Clip.mpg", 0, "C:\\Media\\Clip.mpg\n", ""},
+        {L"local", L"C:\\Media", 2, "",
+         "kitbag: C:\\Media is no network name: it begins with \\\\\n"},
+    };
+    for (const auto& [command, name, code, output, errors] : rows) {
+        SCOPED_TRACE(testing::PrintToString(name));
+        const Ending ending = Kitbag(command, name);
+        EXPECT_EQ(output, ending.output);
+        EXPECT_EQ(errors, ending.errors);
+        EXPECT_EQ(code, ending.code);
+    }
+    EXPECT_THAT(Kitbag(L"local", L"\\\\elsewhere\\Media").errors,
+                HasSubstr("\\\\elsewhere\\Media is not on this computer, "));
+    EXPECT_THAT(RunProgram(In("kitbag.exe"), {L"report"}).output,
+                HasSubstr("\nDisk shares\n    Media is C:\\Media\n    Disk is D:\\\n"));
+}
+
+}  // namespace

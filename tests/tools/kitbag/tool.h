@@ -1,0 +1,71 @@
+// kitbag.exe as a user runs it, with settings that are the test's own.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <tests/support/printing.h>
+#include <tests/support/private_registry.h>
+#include <tests/support/temporary_folder.h>
+
+#include <map>
+
+namespace kitbag::test {
+
+/// How a program ended and what it wrote, with the line ends of a text.
+struct Ending {
+    DWORD code = 0;
+    std::string output;
+    std::string errors;
+};
+
+/// A program that runs until it ends or this object does. Its output goes into files.
+class Running {
+ public:
+    Running(const std::wstring& program, const std::vector<std::wstring>& words);
+    ~Running();
+    Running(const Running&) = delete;
+
+    std::string Output() const { return Written("output"); }
+    /// Waits until the output holds the text; the test fails where it does not come.
+    void WaitFor(const std::string& text) const;
+    Ending Wait() const;
+
+ private:
+    std::string Written(const char* name) const;
+
+    const TemporaryFolder folder_;
+    HANDLE process_ = nullptr;
+};
+
+/// The folder of the programs that were built, with the backslash at its end.
+std::wstring BuiltFolder();
+
+Ending RunProgram(const std::wstring& program, const std::vector<std::wstring>& words);
+Ending Kitbag(const std::vector<std::wstring>& words);
+
+inline void PrintTo(const Ending& ending, std::ostream* out) {
+    *out << "exit code " << ending.code << "\n--- output\n"
+         << ending.output << "--- errors\n"
+         << ending.errors;
+}
+
+/// Every value below a section by its path, with its type and bytes; sections end in a backslash.
+using Snapshot = std::map<std::wstring, std::pair<DWORD, Bytes>>;
+Snapshot SnapshotOf(const std::string& section = {});
+
+/// The tool is another process: it does not see the private registry. While a test runs, the
+/// application's real keys are put aside.
+class ToolTest : public testing::Test {
+ protected:
+    ToolTest();
+    ~ToolTest() override;
+
+    std::wstring In(const std::string& name) const { return (folder_ / name).wstring(); }
+    std::string ContentOf(const std::string& name) const;
+    void Write(const std::string& name, const std::string& content) const;
+    /// As UTF-16 with a byte order mark and the system's line ends.
+    void WriteWide(const std::string& name, const std::wstring& text) const;
+
+    const TemporaryFolder folder_;
+};
+
+}  // namespace kitbag::test
