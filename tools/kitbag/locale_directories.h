@@ -12,8 +12,7 @@ struct LocaleDirectories {
     bool hasLibrary = false;
 };
 
-/// Asks "Lingrel.dll" of the folder (which ends in a backslash) or, where it is not there, the one
-/// that the system finds.
+/// Asks the "Lingrel.dll" that the system finds for a program in that folder.
 LocaleDirectories AskForLocaleDirectories(const std::wstring& programFolder);
 
 }  // namespace kitbag::tool

@@ -90,6 +90,7 @@ std::vector<Module> ModulesOf(const std::wstring& folder) {
 }
 
 std::wstring ModulesText(const std::vector<Module>& modules) {
+    if (modules.empty()) return L"none\n";
     std::vector<std::wstring> lines(modules.size() + 1);
     for (const Column& column : kColumns) {
         std::size_t width = std::wstring(column.title).size();

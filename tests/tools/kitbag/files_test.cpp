@@ -17,7 +17,7 @@ TEST_F(FileCommands, CrcShowsWhatItCanAndSaysWhatItCannot) {
     const Ending ending = Kitbag({L"crc", In("missing"), In("*.bin"), In("*.none")});
     EXPECT_EQ("00000000  0  " + folder + "a.bin\n" +      //
                   "cbf43926  9  " + folder + "b.bin\n" +  //
-                  "89b19bcf  100000  " + folder + "c.bin\n",
+                  "fe071171  100000  " + folder + "c.bin\n",
               ending.output);
     EXPECT_THAT(ending.errors, HasSubstr("kitbag: " + folder + "missing: "));
     EXPECT_THAT(ending.errors, HasSubstr("kitbag: " + folder + "*.none: "));
@@ -32,7 +32,7 @@ TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
     program.replace(0, 2, "MZ");
     program[0x3c] = '\x40';
     program.replace(0x40, 4, std::string("PE\0\0", 4));
-    program.replace(0x48, 4, std::string("\x80\xbb\x55\x69", 4));
+    program.replace(0x48, 4, std::string("\0\xb9\x55\x69", 4));
     Write("program.exe", program);
     Write("text.exe", "This is text.");
     Write("control.ocx", "MZ");
@@ -51,21 +51,28 @@ TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
     EXPECT_EQ(1u, Kitbag({L"modules", In("empty")}).code);
 }
 
-/// The tool in a folder where it finds the network library of another computer.
+/// The tool, under a name of its own, in a folder where it finds another computer's network
+/// library.
 struct NameTranslation : ToolTest {
     NameTranslation() {
-        for (const wchar_t* file : {L"kitbag.exe", L"Kitbag.dll", L"libstdc++-6.dll",
-                                    L"libgcc_s_dw2-1.dll", L"libwinpthread-1.dll"})
+        for (const wchar_t* file :
+             {L"Kitbag.dll", L"libstdc++-6.dll", L"libgcc_s_dw2-1.dll", L"libwinpthread-1.dll"})
             std::filesystem::copy_file(BuiltFolder() + file, folder_.Path() / file);
+        std::filesystem::copy_file(BuiltFolder() + L"kitbag.exe", In("kitbag_elsewhere.exe"));
         std::filesystem::copy_file(BuiltFolder() + L"tool_stand_ins\\netapi32.dll",
                                    In("netapi32.dll"));
-        ::SetEnvironmentVariableA("WINEDLLOVERRIDES", "netapi32=n");
+        ::RegSetKeyValueW(HKEY_CURRENT_USER, kOverrides, L"netapi32", REG_SZ, L"native", 14);
     }
-    ~NameTranslation() override { ::SetEnvironmentVariableA("WINEDLLOVERRIDES", nullptr); }
+    ~NameTranslation() override { ::RegDeleteTreeW(HKEY_CURRENT_USER, kProgram); }
 
-    Ending Kitbag(const wchar_t* command, const wchar_t* name) const {
-        return RunProgram(In("kitbag.exe"), {command, name});
+    Ending Kitbag(const std::vector<std::wstring>& words) const {
+        return RunProgram(In("kitbag_elsewhere.exe"), words);
     }
+
+    /// Where Wine is told to take the library from the program's folder.
+    static constexpr wchar_t kProgram[] = L"Software\\Wine\\AppDefaults\\kitbag_elsewhere.exe";
+    static constexpr wchar_t kOverrides[] =
+        L"Software\\Wine\\AppDefaults\\kitbag_elsewhere.exe\\DllOverrides";
 };
 
 TEST_F(NameTranslation, GoesBothWaysAndSaysWhyItDoesNot) {
@@ -85,14 +92,14 @@ TEST_F(NameTranslation, GoesBothWaysAndSaysWhyItDoesNot) {
     };
     for (const auto& [command, name, code, output, errors] : rows) {
         SCOPED_TRACE(testing::PrintToString(name));
-        const Ending ending = Kitbag(command, name);
+        const Ending ending = Kitbag({command, name});
         EXPECT_EQ(output, ending.output);
         EXPECT_EQ(errors, ending.errors);
         EXPECT_EQ(code, ending.code);
     }
-    EXPECT_THAT(Kitbag(L"local", L"\\\\elsewhere\\Media").errors,
+    EXPECT_THAT(Kitbag({L"local", L"\\\\elsewhere\\Media"}).errors,
                 HasSubstr("\\\\elsewhere\\Media is not on this computer, "));
-    EXPECT_THAT(RunProgram(In("kitbag.exe"), {L"report"}).output,
+    EXPECT_THAT(Kitbag({L"report"}).output,
                 HasSubstr("\nDisk shares\n    Media is C:\\Media\n    Disk is D:\\\n"));
 }
 

@@ -162,7 +162,7 @@ TEST_F(RegFiles, ThatAreNotWellFormedAreRefusedBeforeAnythingIsWritten) {
         {head + L"nonsense\n", "line 5: neither a key nor a value: nonsense\n"},
         {head + L"\"v\"=\"open\n", "a quote is not closed\n"},
         {head + L"\"v\"=\"C:\\temp\"\n", "line 5: a backslash in quotes is written twice\n"},
-        {head + L"\"v\"=\"a\" b\n", "line 5: neither a key nor a value:  b\n"},
+        {head + L"\"v\"=\"a\" b\n", "line 5: neither a key nor a value: b\n"},
         {head + L"\"v\"\n", "line 5: a value's name without its equals sign\n"},
         {head + L"\"v\"=12\n", "line 5: neither a text, dword:, hex: nor -\n"},
         {head + L"\"v\"=dword:\n", "line 5: no hexadecimal number\n"},

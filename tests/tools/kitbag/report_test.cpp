@@ -3,8 +3,8 @@
 namespace {
 
 using namespace kitbag::test;
+using namespace std::string_literals;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::StartsWith;
 
 /// kitbag report and page.
@@ -21,10 +21,9 @@ TEST_F(Report, TellsWhatATicketNeeds) {
     RawKey("Debug\\Performance").Set(L"Scan Enable", 1);
     RawKey("Debug\\Performance").Set(L"Scan Size", 500);
     RawKey("Debug\\Performance").Set(L"Guide Enable", 0ul);
-    RawKey("..\\Version");
     HKEY versions = nullptr;
     ::RegCreateKeyW(HKEY_LOCAL_MACHINE, L"Software\\Tarnwick\\Vidmoor\\Version", &versions);
-    const DWORD time = 0x6955bb80;
+    const DWORD time = 0x6955b900;
     ::RegSetValueExW(versions, L"Player", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&time), 4);
     ::RegCloseKey(versions);
 
@@ -54,43 +53,81 @@ TEST_F(Report, TellsWhereDirectoriesComeFromAndTouchesNothing) {
         create_directories(folder_ / folder);
     Write("file", "");
     const std::string base = folder_.Path().string() + '\\';
+    const std::string forgotten = "file is no folder and will be forgotten";
     const struct {
         const char* about;
-        const wchar_t *name, *remembered;
-        std::string line;
+        std::map<const wchar_t*, const char*> remembered;
+        std::string lines;
     } rows[] = {
-        {"nothing", L"Config Directory", nullptr,
-         "Config  none (the next program that needs it asks the user)\n"},
-        {"remembered", L"Config Directory", L"skins", "Config  " + base + "skins\\ (remembered)\n"},
-        {"a file", L"Config Directory", L"file",
-         "Config  none (remembered " + base +
-             "file is no folder and will be forgotten; the next program that needs it asks the "
-             "user)\n"},
-        {"found", L"Data Directory", nullptr,
-         "Data    " + base + "app\\Data\\ (found upward from the programs)\n"},
-        {"found, as a file is remembered", L"Data Directory", L"file",
-         "Data    " + base + "app\\Data\\ (found upward from the programs; remembered " + base +
-             "file is no folder and will be forgotten)\n"},
-        {"created again", L"Data Directory", L"missing",
-         "Data    none (remembered " + base + "missing is missing; the next program creates it)\n"},
-        {"own skins", L"Skin Directory", L"skins", "Skin    " + base + "skins\\ (remembered)\n"},
-        {"no skins", L"Skin Directory", nullptr, "Skin    none (that of the configuration)\n"},
-        {"skins of the configuration", L"Config Directory", L"skins",
-         "Skin    " + base + "skins\\ (that of the configuration)\n"},
-        {"no documents", L"Docs Directory", L"missing",
-         "Docs    none (remembered " + base +
-             "missing is no folder and will be forgotten; the next program that needs it asks the "
-             "user)\n"},
+        {"nothing is remembered",
+         {},
+         "    Config  none (the next program that needs it asks the user)\n"
+         "    Skin    none (that of the configuration)\n"
+         "    Data    " +
+             base +
+             "app\\Data\\ (found upward from the programs)\n"
+             "    Docs    none (the next program that needs it asks the user)\n"},
+        {"folders are remembered",
+         {{L"Config", "skins"}, {L"Data", "app"}, {L"Docs", "app\\bin"}},
+         "    Config  " + base +
+             "skins\\ (remembered)\n"
+             "    Skin    " +
+             base +
+             "skins\\ (that of the configuration)\n"
+             "    Data    " +
+             base +
+             "app\\ (remembered)\n"
+             "    Docs    " +
+             base + "app\\bin\\ (remembered)\n"},
+        {"a file is remembered",
+         {{L"Config", "file"}, {L"Skin", "skins"}, {L"Data", "file"}, {L"Docs", "file"}},
+         "    Config  none (remembered " + base + forgotten +
+             "; the next program that needs it asks the user)\n"
+             "    Skin    " +
+             base +
+             "skins\\ (remembered)\n"
+             "    Data    " +
+             base + "app\\Data\\ (found upward from the programs; remembered " + base + forgotten +
+             ")\n"
+             "    Docs    none (remembered " +
+             base + forgotten + "; the next program that needs it asks the user)\n"},
+        {"a missing folder is remembered",
+         {{L"Skin", "missing"}, {L"Data", "missing"}},
+         "    Config  none (the next program that needs it asks the user)\n"
+         "    Skin    none (remembered " +
+             base +
+             "missing is no folder and will be forgotten; that of the configuration)\n"
+             "    Data    none (remembered " +
+             base + "missing is missing; the next program creates it)\n"},
     };
-    for (const auto& [about, name, remembered, line] : rows) {
+    for (const auto& [about, remembered, lines] : rows) {
         ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, kRoot);
-        if (remembered) RawKey("Directories").Set(name, (folder_.Path() / remembered).wstring());
+        for (const auto& [kind, path] : remembered)
+            RawKey("Directories").Set((kind + L" Directory"s).c_str(), In(path));
         const Snapshot before = SnapshotOf();
         const auto files = Files();
-        EXPECT_THAT(Of(In("app\\bin")).output, HasSubstr("    " + line)) << about;
+        EXPECT_THAT(Of(In("app\\bin")).output, HasSubstr(lines)) << about;
         EXPECT_EQ(before, SnapshotOf()) << about;
         EXPECT_EQ(files, Files()) << about;
     }
+}
+
+TEST_F(Report, FollowsTheLinkThatTheLibraryFollows) {
+    const Com com;
+    const TextFolder<char> folder;
+    folder.Write("app\\bin\\x");
+    folder.Write("elsewhere\\x");
+    folder.WriteLink("app\\ConfigConfig.lnk", folder.In("elsewhere"));
+    folder.WriteLink("app\\Docs.lnk", folder.In("elsewhere"));
+    // The short form is not every system's.
+    char elsewhere[MAX_PATH];
+    ::GetShortPathNameA(folder.In("elsewhere").c_str(), elsewhere, MAX_PATH);
+    const std::string origin =
+        "\\ (found upward, by the link " + folder.In("app\\ConfigConfig.lnk") + ")\n";
+    const std::string report = Of((folder / "app\\bin").wstring()).output;
+    EXPECT_THAT(report, testing::AnyOf(HasSubstr("Config  " + folder.In("elsewhere") + origin),
+                                       HasSubstr("Config  " + std::string(elsewhere) + origin)));
+    EXPECT_THAT(report, HasSubstr("Docs    none ("));
 }
 
 TEST_F(Report, GoesIntoAFileAsUtf8) {
