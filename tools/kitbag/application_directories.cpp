@@ -13,7 +13,7 @@ namespace {
 std::wstring RememberedPath(const std::wstring& kind) {
     std::wstring path;
     KB_GetTStringW(L"Directories", (kind + L" Directory").c_str(), path);
-    return path.c_str();
+    return path.substr(0, path.find(L'\0'));
 }
 
 /// The target of a link whose name holds the word twice, as the library looks for it.
@@ -26,9 +26,9 @@ std::wstring LinkedFolder(const std::wstring& link) {
 
 ApplicationDirectory FindUpward(const std::wstring& kind, std::wstring folder) {
     while (!folder.empty()) {
-        if (FolderExists(folder + kind))
-            return {folder + kind + L'\\', L"found upward from the programs"};
-        const std::wstring link = folder + kind + kind + L".lnk";
+        const std::wstring candidate = folder + kind;
+        if (FolderExists(candidate)) return {candidate + L'\\', L"found upward from the programs"};
+        const std::wstring link = candidate + kind + L".lnk";
         const std::wstring target = LinkedFolder(link);
         if (!target.empty()) return {WithBackslash(target), L"found upward, by the link " + link};
         folder = FolderOf(folder.substr(0, folder.size() - 1));

@@ -9,6 +9,7 @@ namespace {
 template <class Map>
 std::vector<typename Map::key_type> KeysOfBoth(const Map& a, const Map& b) {
     std::vector<typename Map::key_type> keys;
+    keys.reserve(a.size() + b.size());
     for (const auto& [key, content] : a) keys.push_back(key);
     for (const auto& [key, content] : b)
         if (!a.contains(key)) keys.push_back(key);

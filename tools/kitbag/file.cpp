@@ -56,7 +56,8 @@ std::vector<std::wstring> FileNames(const std::wstring& pattern) {
     HANDLE search = ::FindFirstFileW(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return names;
     do {
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(found.cFileName);
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+            names.emplace_back(found.cFileName);
     } while (::FindNextFileW(search, &found));
     ::FindClose(search);
     std::ranges::sort(names);

@@ -51,7 +51,7 @@ const Command* FindCommand(const std::wstring& name) {
 
 Arguments Understood(const Command& command, const std::vector<std::wstring>& words) {
     try {
-        return Arguments(words, command.syntax);
+        return {words, command.syntax};
     } catch (Failure& failure) {
         failure.message += L"; see kitbag " + std::wstring(command.name) + L" --help";
         throw;

@@ -13,7 +13,7 @@ constexpr std::wstring_view kVersion4 = L"REGEDIT4";
 constexpr wchar_t kEnd = L'\0';
 
 bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t'; }
-bool IsLineEnd(wchar_t c) { return c == L'\r' || c == L'\n' || c == kEnd; }
+bool IsLineEnd(wchar_t c) { return c == L'\r' || c == L'\n'; }
 
 std::optional<DWORD> DigitOf(wchar_t c) {
     if (c >= L'0' && c <= L'9') return c - L'0';
@@ -139,9 +139,18 @@ bool IsTextType(DWORD type) {
 }
 
 std::vector<BYTE> FromAnsiBytes(const std::vector<BYTE>& bytes) {
-    const std::wstring text = FromAnsi({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    const auto* wide = reinterpret_cast<const BYTE*>(text.data());
-    return {wide, wide + text.size() * sizeof(wchar_t)};
+    return BytesOf(FromAnsi({reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
+}
+
+/// Where the first bracket stands behind which a line may end.
+std::size_t EndOfKey(std::wstring_view line) {
+    std::size_t end = line.find(L']');
+    while (end != std::wstring_view::npos) {
+        const std::size_t next = line.find_first_not_of(L" \t", end + 1);
+        if (next == std::wstring_view::npos || line[next] == L';') return end;
+        end = line.find(L']', end + 1);
+    }
+    return end;
 }
 
 class Parser {
@@ -173,13 +182,14 @@ class Parser {
             cursor_.Fail(L"neither a key nor a value: " + std::wstring(cursor_.RestOfLine()));
     }
 
-    /// Names may hold brackets: the last one of the line ends the key.
     void ParseKey() {
         RegFileKey key;
         key.isDeleted = cursor_.Take(L"-");
         const std::wstring_view line = cursor_.RestOfLine();
-        const std::size_t end = line.rfind(L']');
+        const std::size_t end = EndOfKey(line);
         if (end == std::wstring_view::npos) cursor_.Fail(L"a key without its closing bracket");
+        // Names may hold brackets, and so may a comment.
+        if (end != line.rfind(L']')) cursor_.Fail(L"it is not clear where the key ends");
         key.name = line.substr(0, end);
         cursor_.Skip(end + 1);
         keys_.push_back(std::move(key));
@@ -202,8 +212,8 @@ class Parser {
             return NumberValue(ParseHexadecimal(cursor_, 8));
         }
         if (cursor_.Take(L"hex:")) return StoredValue{REG_BINARY, ParseBytes(cursor_)};
-        if (cursor_.Take(L"hex(")) return ParseTyped();
-        cursor_.Fail(L"neither a text, dword:, hex: nor -");
+        if (!cursor_.Take(L"hex(")) cursor_.Fail(L"neither a text, dword:, hex: nor -");
+        return ParseTyped();
     }
 
     StoredValue ParseTyped() {

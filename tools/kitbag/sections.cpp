@@ -158,7 +158,7 @@ std::optional<std::wstring> SectionOfKey(std::wstring_view key) {
 
 std::wstring SectionArgument(const std::wstring& word) {
     const std::wstring path = WithoutBackslashesAround(word);
-    const std::wstring section = SectionOfKey(path).value_or(path);
+    std::wstring section = SectionOfKey(path).value_or(path);
     if (section.find(L"\\\\") != std::wstring::npos)
         throw Failure{ExitCode::WrongUse, Quoted(word) + L" is no section: a step has no name"};
     return section;

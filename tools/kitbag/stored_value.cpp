@@ -54,15 +54,20 @@ std::wstring BytesText(const std::vector<BYTE>& bytes, std::size_t most) {
 
 }  // namespace
 
+std::vector<BYTE> BytesOf(std::wstring_view text) {
+    std::vector<BYTE> bytes(text.size() * sizeof(wchar_t));
+    if (!text.empty()) std::memcpy(bytes.data(), text.data(), bytes.size());
+    return bytes;
+}
+
 StoredValue NumberValue(DWORD number) {
-    const auto* bytes = reinterpret_cast<const BYTE*>(&number);
-    return {REG_DWORD, {bytes, bytes + sizeof number}};
+    StoredValue value = {REG_DWORD, std::vector<BYTE>(sizeof number)};
+    std::memcpy(value.bytes.data(), &number, sizeof number);
+    return value;
 }
 
 StoredValue TextValue(std::wstring_view text) {
-    const std::wstring terminated(text);
-    const auto* bytes = reinterpret_cast<const BYTE*>(terminated.c_str());
-    return {REG_SZ, {bytes, bytes + (text.size() + 1) * sizeof(wchar_t)}};
+    return {REG_SZ, BytesOf(std::wstring(text) + L'\0')};
 }
 
 std::optional<DWORD> NumberOf(const StoredValue& value) {
@@ -74,7 +79,7 @@ std::optional<DWORD> NumberOf(const StoredValue& value) {
 
 std::wstring TextOf(const StoredValue& value) {
     std::wstring text(value.bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(wchar_t));
+    if (!text.empty()) std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(wchar_t));
     if (text.ends_with(L'\0')) text.pop_back();
     return text;
 }

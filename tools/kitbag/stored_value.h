@@ -17,6 +17,9 @@ struct StoredValue {
     friend bool operator==(const StoredValue&, const StoredValue&) = default;
 };
 
+/// The characters as the registry stores them.
+std::vector<BYTE> BytesOf(std::wstring_view text);
+
 StoredValue NumberValue(DWORD number);
 /// With its terminator.
 StoredValue TextValue(std::wstring_view text);

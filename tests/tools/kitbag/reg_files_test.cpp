@@ -111,7 +111,7 @@ TEST_F(RegFiles, AreReadInEveryFormThatEditorsWrite) {
         std::string bytes;
     } rows[] = {
         {"escapes", head + "\"v\"=\"\\\\ \\\" \\r\\n\"", REG_SZ, "\\\0 \0\"\0 \0\r\0\n\0\0\0"s},
-        {"blanks and comments", head + "; c\r\n  \"v\" = dword: 0000000A ; ten", REG_DWORD,
+        {"blanks and comments", head + " ; c\r\n\t\r\n  \"v\" = dword: 0000000A ; ten", REG_DWORD,
          "\x0a\0\0\0"s},
         {"short number", head + "\"v\"=dword:1", REG_DWORD, "\1\0\0\0"s},
         {"line break within a text", head + "\"v\"=\"a\r\nb\"", REG_SZ, "a\0\r\0\n\0b\0\0\0"s},
@@ -172,6 +172,8 @@ TEST_F(RegFiles, ThatAreNotWellFormedAreRefusedBeforeAnythingIsWritten) {
         {head + L"\"v\"=hex:1,\\", "line 5: a line goes on without a next one\n"},
         {head + L"\"v\"=hex(1:00\n", "line 5: a type without its closing bracket and colon\n"},
         {head + kKey, "line 5: a key without its closing bracket\n"},
+        {head + kKey + L"\\B] ; of [C]\n", "line 5: it is not clear where the key ends\n"},
+        {head + std::wstring(1, L'\0'), "line 5: neither a key nor a value: "},
         {head + L"[-" + (kKey + 1) + L"\\B]\n\"v\"=dword:1\n",
          "line 6: a value of a key that is deleted\n"},
         {head + kKey + L"\\A\\\\B]\n", "Configuration\\A\\\\B] is no path of a key\n"},
