@@ -25,9 +25,13 @@ std::wstring WithVariables(const std::wstring& path) {
     return length > 0 && length <= std::size(expanded) ? expanded : path;
 }
 
+std::wstring WithoutQuotes(const std::wstring& path) {
+    return path.starts_with(L'"') ? path.substr(1, path.find(L'"', 1) - 1) : path;
+}
+
 /// The program of a command line: what stands in quotes, or what goes up to its extension.
 std::wstring ProgramOf(const std::wstring& command) {
-    if (command.starts_with(L'"')) return command.substr(1, command.find(L'"', 1) - 1);
+    if (command.starts_with(L'"')) return WithoutQuotes(command);
     const std::size_t end = Folded(command).find(L".EXE");
     return end == std::wstring::npos ? command : command.substr(0, end + 4);
 }
@@ -36,7 +40,7 @@ std::wstring ProgramOf(const std::wstring& command) {
 std::wstring ServerOf(const CLSID& identifier) {
     const std::wstring key = ClassKey(identifier);
     const auto library = ReadText(HKEY_CLASSES_ROOT, key + L"\\InprocServer32", {});
-    if (library) return ProgramOf(WithVariables(*library));
+    if (library) return WithoutQuotes(WithVariables(*library));
     const auto program = ReadText(HKEY_CLASSES_ROOT, key + L"\\LocalServer32", {});
     return program ? ProgramOf(WithVariables(*program)) : std::wstring();
 }

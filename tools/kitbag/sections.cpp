@@ -63,6 +63,8 @@ void AddSections(HKEY parent, const std::wstring& keyName, const std::wstring& s
     if (status == ERROR_SUCCESS) status = ReadValues(key.get(), found.values);
     if (status == ERROR_SUCCESS) status = ReadNames(key.get(), names);
     found.status = status;
+    // Deleted while it was read: it does not exist.
+    if (status == ERROR_KEY_DELETED) sections.erase(section);
     for (const std::wstring& name : names)
         AddSections(key.get(), name, JoinedPath(section, name), sections);
 }
@@ -98,11 +100,16 @@ Sections ReadSections(const std::wstring& section) {
     return sections;
 }
 
-Sections ReadWholeSections(const std::wstring& section) {
+Sections ReadAllSections(const std::wstring& section) {
     Sections sections = ReadSections(section);
-    if (sections.empty()) throw NotThere(KeyName(section));
     for (const auto& [path, content] : sections)
         if (content.status != ERROR_SUCCESS) throw SystemFailure(KeyName(path), content.status);
+    return sections;
+}
+
+Sections ReadExistingSections(const std::wstring& section) {
+    Sections sections = ReadAllSections(section);
+    if (sections.empty()) throw NotThere(KeyName(section));
     return sections;
 }
 

@@ -46,8 +46,11 @@ using Sections = std::map<std::wstring, Section, SectionLess>;
 /// there with the reason.
 Sections ReadSections(const std::wstring& section);
 
-/// The same; throws where any section cannot be read, or the section itself does not exist.
-Sections ReadWholeSections(const std::wstring& section);
+/// The same; throws where any of them cannot be read.
+Sections ReadAllSections(const std::wstring& section);
+
+/// The same; throws also where the section itself does not exist.
+Sections ReadExistingSections(const std::wstring& section);
 
 /// Nothing where there is none; throws where it cannot be read.
 std::optional<StoredValue> FindValue(const std::wstring& section, const std::wstring& name);

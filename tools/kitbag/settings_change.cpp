@@ -30,7 +30,8 @@ void StoreValue(HKEY key, const std::wstring& name, const StoredValue& value,
 void EmptyRoot() {
     for (const auto& [path, section] : ReadSections({}))
         if (!path.empty() && path.find(L'\\') == std::wstring::npos) DeleteSection(path);
-    for (const auto& [name, value] : ReadSections({})[L""].values) DeleteValue({}, name);
+    for (const auto& [name, value] : ReadValues(HKEY_LOCAL_MACHINE, PathOf({})))
+        DeleteValue({}, name);
 }
 
 }  // namespace

@@ -7,6 +7,13 @@ using namespace std::string_literals;
 using testing::HasSubstr;
 using testing::StartsWith;
 
+/// Where Windows keeps what a user's programs write into places that they may not write.
+constexpr char kRedirected[] =
+    "Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\Tarnwick\\Vidmoor";
+
+constexpr char kPageFactory[] = "CLSID\\{e58c6519-2f38-4027-9def-5e6d4033f561}";
+constexpr char kGraphicFactory[] = "CLSID\\{8e7363f8-e76b-4d87-943b-5d58b6957360}";
+
 /// kitbag report and page.
 struct Report : ToolTest {
     Ending Of(const std::wstring& folder) const { return Kitbag({L"report", L"--folder", folder}); }
@@ -21,13 +28,15 @@ TEST_F(Report, TellsWhatATicketNeeds) {
     RawKey("Debug\\Performance").Set(L"Scan Enable", 1);
     RawKey("Debug\\Performance").Set(L"Scan Size", 500);
     RawKey("Debug\\Performance").Set(L"Guide Enable", 0ul);
-    HKEY versions = nullptr;
-    ::RegCreateKeyW(HKEY_LOCAL_MACHINE, L"Software\\Tarnwick\\Vidmoor\\Version", &versions);
     const DWORD time = 0x6955b900;
-    ::RegSetValueExW(versions, L"Player", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&time), 4);
-    ::RegCloseKey(versions);
+    ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, "Software\\Tarnwick\\Vidmoor\\Version", "Player",
+                      REG_DWORD, &time, sizeof time);
+    ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, "Software\\Tarnwick\\Vidmoor\\RunOnce", "", REG_SZ, "",
+                      1);
+    ::RegSetKeyValueA(HKEY_CURRENT_USER, kRedirected, "", REG_SZ, "", 1);
 
     const Ending report = Kitbag({L"report"});
+    ::RegDeleteTreeA(HKEY_CURRENT_USER, kRedirected);
     EXPECT_EQ(0u, report.code);
     EXPECT_THAT(report.output, StartsWith("Kitbag report of 20"));
     for (const char* line : {
@@ -38,11 +47,16 @@ TEST_F(Report, TellsWhatATicketNeeds) {
              "\n    processor             CPUID '",
              "Mhz\n",
              "\n    interactive           yes\n",
+             "\n    first run             not completed\n",
              "\n    user interface level  1 of 0 (everything) to 3 (the least), stored as dword 1 "
              "(0x1)\n",
              "\n    idle for              ",
              "\n    Guide is off\n    Scan is on, room for 500 samples\n",
              "\n    graphic factory  not registered\n",
+             "\n    ! programs of this user that may not write the settings below read\n      "
+             "HKEY_CURRENT_"
+             "USER\\Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\Tarnwick\\Vidmoor "
+             "first\n",
              "\n        Screen\n            User experience level  dword   1 (0x1)\n",
          })
         EXPECT_THAT(report.output, HasSubstr(line));
@@ -147,6 +161,23 @@ TEST_F(Report, TellsHowThePageFactoryIsRegistered) {
                                       path + "\n"));
     EXPECT_THAT(Kitbag({L"report"}).output, HasSubstr("    page factory     not registered\n"
                                                       "    type library     not registered\n"));
+}
+
+TEST_F(Report, TellsOfClassesWhoseServerIsMissingOrAnother) {
+    const auto store = [](const std::string& key, const std::string& server) {
+        ::RegSetKeyValueA(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_EXPAND_SZ, server.c_str(),
+                          static_cast<DWORD>(server.size() + 1));
+    };
+    store(kPageFactory + "\\InprocServer32"s, "%SystemRoot%\\explorer.exe");
+    store(kGraphicFactory + "\\LocalServer32"s, "\"C:\\No folder\\graphics.exe\" /automation");
+    const std::string report = Kitbag({L"report"}).output;
+    ::RegDeleteTreeA(HKEY_CLASSES_ROOT, kPageFactory);
+    ::RegDeleteTreeA(HKEY_CLASSES_ROOT, kGraphicFactory);
+    EXPECT_THAT(report, HasSubstr("\n    page factory     C:\\windows\\explorer.exe\n"
+                                  "                     ! another library than "));
+    EXPECT_THAT(report,
+                HasSubstr("\n    graphic factory  C:\\No folder\\graphics.exe ! the file is "
+                          "missing\n"));
 }
 
 TEST_F(Report, PageTellsFromWhichFilesAPageIsMade) {

@@ -221,6 +221,7 @@ TEST_F(SettingsCommands, SayWhatTheyMayNotTouch) {
         {L"set", L"Locked\\Deeper\\Still", L"Volume", L"dword", L"1"},
         {L"delete", L"Locked", L"--yes"},
         {L"list", L"Locked"},
+        {L"watch", L"Locked"},
         {L"export", In("all.reg")},
     };
     for (const auto& words : rows) {

@@ -3,7 +3,6 @@
 #include "tools/kitbag/differences.h"
 #include "tools/kitbag/file.h"
 #include "tools/kitbag/settings_file.h"
-#include "tools/kitbag/system_error.h"
 
 namespace kitbag::tool {
 
@@ -16,13 +15,6 @@ Sections Within(const Sections& sections, const std::wstring& outer) {
     for (const auto& entry : sections)
         if (IsWithin(entry.first, outer)) within.insert(entry);
     return within;
-}
-
-Sections OnThisMachine(const std::wstring& section) {
-    Sections sections = ReadSections(section);
-    for (const auto& [path, content] : sections)
-        if (content.status != ERROR_SUCCESS) throw SystemFailure(KeyName(path), content.status);
-    return sections;
 }
 
 std::wstring Text(const Difference& difference) {
@@ -48,7 +40,7 @@ ExitCode Compare(const Arguments& arguments) {
     const Sections inFile = SettingsOf(changes);
     std::size_t found = 0;
     for (const std::wstring& top : TopSections(changes)) {
-        const auto differences = DifferencesOf(Within(inFile, top), OnThisMachine(top));
+        const auto differences = DifferencesOf(Within(inFile, top), ReadAllSections(top));
         for (const Difference& difference : differences) Print(Text(difference));
         found += differences.size();
     }

@@ -20,7 +20,7 @@ void DeleteOneValue(const std::wstring& section, const std::wstring& name, bool 
 void DeleteWholeSection(const std::wstring& section, bool isWanted) {
     if (section.empty())
         throw Failure{ExitCode::WrongUse, L"the settings are not deleted as a whole"};
-    const std::wstring what = ContentsOf(ReadWholeSections(section));
+    const std::wstring what = ContentsOf(ReadExistingSections(section));
     RequireConsent(isWanted, L"would delete " + what);
     DeleteSection(section);
     PrintLine(L"deleted " + what);

@@ -12,7 +12,7 @@ ExitCode Export(const Arguments& arguments) {
     const bool isAll = arguments.Count() == 1;
     const std::wstring section = isAll ? L"" : SectionArgument(arguments[0]);
     const std::wstring file = FullPath(arguments[isAll ? 0 : 1]);
-    const Sections sections = ReadWholeSections(section);
+    const Sections sections = ReadExistingSections(section);
     SaveSettingsFile(file, sections, arguments.Has(L"--yes"));
     PrintLine(file + L": " + ContentsOf(sections));
     return ExitCode::Done;

@@ -21,14 +21,13 @@ ExitCode Get(const Arguments& arguments) {
 
 }  // namespace
 
-const Command kGet = {
-    L"get",
-    L"SECTION NAME",
-    L"shows one value with its type",
-    L"The name \"\" is that of the section's default value. A second line, which\n"
-    L"begins with !, says where programs read something else than what is "
-    L"stored.\n",
-    {2, 2, {}},
-    Get};
+const Command kGet = {L"get",
+                      L"SECTION NAME",
+                      L"shows one value with its type",
+                      L"The name \"\" is that of the section's default value. A second line, which "
+                      L"begins with !, says\n"
+                      L"where programs read something else than what is stored.\n",
+                      {2, 2, {}},
+                      Get};
 
 }  // namespace kitbag::tool

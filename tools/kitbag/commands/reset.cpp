@@ -30,7 +30,7 @@ ExitCode Reset(const Arguments& arguments) {
     const std::wstring section = SectionArgument(arguments[0]);
     if (section.empty())
         throw Failure{ExitCode::WrongUse, L"the settings are not reset as a whole"};
-    const Sections sections = ReadWholeSections(section);
+    const Sections sections = ReadExistingSections(section);
     const std::wstring file = FullPath(arguments.Count() == 2 ? arguments[1] : NameOfCopy(section));
     RequireConsent(arguments.Has(L"--yes"),
                    L"would delete " + ContentsOf(sections) + L", after a copy to " + file);

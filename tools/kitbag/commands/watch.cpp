@@ -57,13 +57,13 @@ std::wstring Text(const Difference& difference) {
 
 ExitCode Watch(const Arguments& arguments) {
     const std::wstring section = SectionArgument(arguments[0]);
-    Sections known = ReadSections(section);
+    Sections known = ReadAllSections(section);
     PrintLine(L"watching " + KeyName(section) +
               (known.empty() ? L", which does not exist yet" : L"") + L"; Ctrl+C ends it");
     for (;;) {
         // Before reading: a change in between is signalled.
         const ChangeNotice notice;
-        Sections now = ReadSections(section);
+        Sections now = ReadAllSections(section);
         for (const Difference& difference : DifferencesOf(known, now))
             PrintLine(Now() + L"  " + Text(difference));
         known = std::move(now);
@@ -77,7 +77,7 @@ const Command kWatch = {
     L"watch",
     L"SECTION",
     L"shows the changes of a section as they come",
-    L"Also those of the sections below it, and the creation and deletion of all of them; a "
+    L"Also those of the sections below it, and the creation and deletion of all of them. A "
     L"section\n"
     L"that does not exist is waited for. Changes that follow one another at once may be shown as\n"
     L"one. Ends with Ctrl+C.\n",
