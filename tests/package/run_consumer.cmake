@@ -1,5 +1,5 @@
 # Packs the package, unpacks it into a path with blanks, builds a program from it the way that README
-# tells, and runs it from its own folder.
+# tells, and runs it from its own folder. Runs the package's tool, too.
 set(folder "${build}/package test")
 file(REMOVE_RECURSE "${folder}")
 file(COPY "${consumer}" DESTINATION "${folder}")
@@ -19,3 +19,4 @@ run(${CMAKE_COMMAND} -S "${folder}/consumer" -B "${folder}/build" -G "${generato
     -D "CMAKE_PREFIX_PATH=${package}")
 run(${CMAKE_COMMAND} --build "${folder}/build")
 run("${emulator}" "${folder}/build/consumer.exe")
+run("${emulator}" "${package}/bin/kitbag.exe" --help)
