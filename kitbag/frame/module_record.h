@@ -65,10 +65,6 @@ struct ModuleRecord {
     /// first request and kept until the library is unloaded.
     HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object);
 
-    /// Has every class of the map that can do so write its registration, or take it back. Writing
-    /// stops at the first failure; taking back goes on and answers the first failure.
-    HRESULT UpdateRegistry(bool install);
-
     /// Has the function called with the argument when the library is unloaded; the newest comes
     /// first. False when out of memory.
     bool AddTerminationCallback(TerminationFunction function, DWORD_PTR argument);
