@@ -7,8 +7,8 @@
 #pragma once
 
 #include <kitbag/frame/guard.h>
+#include <objbase.h>
 #include <oleauto.h>
-#include <windows.h>
 
 namespace kitbag {
 

@@ -63,8 +63,7 @@ HRESULT UpdateClasses(HRESULT (*update)(const Roots& roots)) {
         const SectionLock lock(moduleRecord.objectMapSection);
         return update(roots);
     } catch (const RegistrationScriptError& error) {
-        DebugTrace("UpdateClasses: Line %ld of the registration script wants %s\n", error.line,
-                   error.expected);
+        DebugTrace("UpdateClasses: Line %ld of the script wants %s\n", error.line, error.expected);
         constexpr LONG broken = ERROR_INVALID_DATA;
         return HRESULT_FROM_WIN32(broken);
     }

@@ -1,0 +1,91 @@
+// The record is not exported: the test has one of its own.
+
+#include <gmock/gmock.h>
+#include <kitbag/frame/module_record.h>
+
+#include <memory>
+
+namespace {
+
+using namespace kitbag;
+using testing::ElementsAre;
+
+std::vector<std::string> events;
+
+template <char name>
+void NoteModule(bool starting) {
+    events.push_back(std::string(1, name) + (starting ? " starts" : " ends"));
+}
+
+/// A class object that says when it is let go.
+struct ClassObject final : IUnknown {
+    STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return events.push_back("object goes"), 0; }
+};
+
+void WINAPI NoteCallback(DWORD_PTR argument) {
+    events.push_back("callback " + std::to_string(argument));
+}
+
+struct ModuleRecordTest : testing::Test {
+    ModuleRecordTest() { events.clear(); }
+    ModuleRecord record;
+    ClassObject object;
+};
+
+TEST_F(ModuleRecordTest, TellsItsClassesThatTheLibraryStartsAndEnds) {
+    ClassObjectEntry map[] = {
+        {{&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>}, L"", L""},
+        {{&IID_IDispatch, nullptr, nullptr, nullptr}, L"", L""},
+        {{&IID_IStream, nullptr, nullptr, NoteModule<'C'>}, L"", L""},
+        {},
+    };
+    const auto library = reinterpret_cast<HINSTANCE>(&record);
+    record.Initialise(library, map);
+    EXPECT_THAT(std::exchange(events, {}), ElementsAre("A starts", "C starts"));
+    EXPECT_EQ(sizeof record, record.size);
+    EXPECT_EQ(ModuleRecord::kCurrentVersion, record.version);
+    EXPECT_EQ(library, record.instance);
+    EXPECT_EQ(library, record.resourceInstance);
+    EXPECT_EQ(library, record.typeLibraryInstance);
+    EXPECT_EQ(0, record.lockCount);
+
+    map[1].classObject = &object;
+    for (const DWORD_PTR i : {1u, 2u, 3u})
+        EXPECT_TRUE(record.AddTerminationCallback(NoteCallback, i)) << i;
+    record.Terminate();
+    EXPECT_THAT(events, ElementsAre("A ends", "object goes", "C ends", "callback 3", "callback 2",
+                                    "callback 1"));
+    EXPECT_EQ(nullptr, map[1].classObject);
+}
+
+TEST_F(ModuleRecordTest, WalksShorterEntriesOfTheFirstVersion) {
+    ClassObjectEntry empty[] = {{}};
+    record.Initialise(nullptr, empty);
+    ClassObjectEntryV1 map[] = {
+        {&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>},
+        {&IID_IDispatch, nullptr, nullptr, NoteModule<'B'>},
+        {},
+    };
+    record.version = ModuleRecord::kFirstVersion;
+    record.classObjects = map;
+    record.Terminate();
+    EXPECT_THAT(events, ElementsAre("A ends", "B ends"));
+}
+
+TEST_F(ModuleRecordTest, DestroysItsPrivateHeaps) {
+    ClassObjectEntry empty[] = {{}};
+    record.Initialise(nullptr, empty);
+    HANDLE heaps[] = {::HeapCreate(0, 0, 0), ::HeapCreate(0, 0, 0)};
+    const auto count = [] { return ::GetProcessHeaps(0, nullptr); };
+    record.mainHeap = ::HeapCreate(0, 0, 0);
+    record.privateHeaps = heaps;
+    record.privateHeapCount = 2;
+    const DWORD before = count();
+    record.Terminate();
+    EXPECT_EQ(before - 3, count());
+    EXPECT_EQ(nullptr, record.mainHeap);
+}
+
+}  // namespace
