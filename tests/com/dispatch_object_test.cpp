@@ -43,7 +43,7 @@ TEST_F(DispatchObject, HasOneDescription) {
     ComPtr<ITypeInfo> info, again;
     EXPECT_EQ(S_OK, factory->GetTypeInfo(0, 0, &info));
     EXPECT_EQ(S_OK, factory->GetTypeInfo(0, 0, &again));
-    EXPECT_EQ(info, again);
+    EXPECT_EQ(info.Get(), again.Get());
     TYPEATTR* attributes = nullptr;
     ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
     EXPECT_TRUE(attributes->guid == IID_IKivPageFactory);

@@ -15,7 +15,7 @@ ComPtr<IClassFactory> ClassObject() {
     return object;
 }
 
-TEST(ClassFactory, IsTheSameAtEveryRequest) { EXPECT_EQ(ClassObject(), ClassObject()); }
+TEST(ClassFactory, IsTheSameAtEveryRequest) { EXPECT_EQ(ClassObject().Get(), ClassObject().Get()); }
 
 TEST(ClassFactory, KeepsTheLibraryLoadedWhileItIsReferred) {
     EXPECT_EQ(S_OK, ::DllCanUnloadNow());
@@ -64,7 +64,7 @@ TEST(ClassFactory, IsMadeWhenMemoryIsThereAgain) {
                   ::DllGetClassObject(CLSID_KivPageFactory, IID_IClassFactory, &object));
         EXPECT_EQ(nullptr, object);
     }
-    EXPECT_NE(nullptr, ClassObject());
+    EXPECT_NE(nullptr, ClassObject().Get());
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ TEST_F(ComObject, AnswersForItsInterfacesAndForNoOther) {
             if (!answer) continue;
             ComPtr<IUnknown> same;
             static_cast<IUnknown*>(answer)->QueryInterface(IID_PPV_ARGS(&same));
-            EXPECT_EQ(identity, same) << "one object has one identity";
+            EXPECT_EQ(identity.Get(), same.Get()) << "one object has one identity";
             static_cast<IUnknown*>(answer)->Release();
         }
         EXPECT_EQ(E_POINTER, object->QueryInterface(IID_IUnknown, nullptr)) << about;
