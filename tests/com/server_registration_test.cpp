@@ -42,15 +42,15 @@ TEST_F(ServerRegistration, WritesThePageFactoryAndTakesItBack) {
 TEST_F(ServerRegistration, CoversEveryClassOfALibraryByOneScript) {
     HMODULE library = ::LoadLibraryA("TwoClasses.dll");
     ASSERT_NE(nullptr, library);
-    const ImportPatch typeLibrary("RegisterTypeLib", TakeTypeLibrary, "TwoClasses.dll");
-    EXPECT_EQ(S_OK, ::GetProcAddress(library, "DllRegisterServer")());
-    const std::string written = Classes();
-    for (const char* expected : {"\\TwoClasses.First|='The first'|\\TwoClasses.First\\CLSID|="
-                                 "'{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A04}'",
-                                 "\\TwoClasses.Second|='The second'|\\TwoClasses.Second\\CLSID|="
-                                 "'{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A05}'",
-                                 "\\CLSID\\{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A04}|='The first'",
-                                 "\\CLSID\\{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A05}|='The second'"})
+    {
+        const ImportPatch typeLibrary("RegisterTypeLib", TakeTypeLibrary, "TwoClasses.dll");
+        EXPECT_EQ(S_OK, ::GetProcAddress(library, "DllRegisterServer")());
+    }
+    const std::string first = "{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A04}", written = Classes();
+    const std::string second = "{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A05}";
+    for (const std::string& expected :
+         {"\\TwoClasses.First\\CLSID|='" + first, "\\TwoClasses.Second\\CLSID|='" + second,
+          "\\CLSID\\" + first + "|='The first'", "\\CLSID\\" + second + "|='The second'"})
         EXPECT_NE(written.npos, written.find(expected)) << expected << " in\n" << written;
     EXPECT_EQ(S_OK, ::GetProcAddress(library, "DllUnregisterServer")());
     EXPECT_EQ("|\\CLSID|", Classes());
