@@ -53,10 +53,8 @@ TEST(RegistrationScript, IsReadIntoItsEntries) {
         {"entries within entries", "A = s x { B { val C = s y } } D",
          "Key A='x'{Key B{Value C='y'}}, Key D;"},
         {"what has entries need not have any", "A { }", "Key A;"},
-        {"no blanks", "A=s x{B}C", "Key A='x'{Key B}, Key C;"},
         {"every kind of blank", "\tA\r\n=\ts\r\nx ", "Key A='x';"},
         {"quoted text", "A = s 'b {c} = d // e'", "Key A='b {c} = d // e';"},
-        {"an empty text", "A = s ''", "Key A='';"},
         {"apostrophes in a text", "A = s 'it''s' B = s ''''", "Key A='it's', Key B=''';"},
         {"a quote ends a bare word", "A'B'", "Key A, Key B;"},
         {"comments", "// { \n A // B\n C /D", "Key A, Key C, Key /D;"},
@@ -64,7 +62,6 @@ TEST(RegistrationScript, IsReadIntoItsEntries) {
          "Value A=4294967295, Value B=255, Value C=0;"},
         {"replacements, once, wherever they stand", "%NAME% = s 'x%NAME%y' %NEST% 100%%",
          "Key a {name}='xa {name}y', Key %NAME%, Key 100%;"},
-        {"a replacement that is a keyword's part", "Force%%Remove", "Key Force%Remove;"},
     };
     for (const auto& [about, entries, expected] : rows)
         EXPECT_EQ(expected, Read("HKCR {" + std::string(entries) + '}')) << about;
@@ -97,8 +94,6 @@ TEST(RegistrationScript, LeavesTheKeysOfAllProgramsToThem) {
 TEST(RegistrationScript, TellsTheLineOfAFaultAndWhatItWants) {
     const Row rows[] = {
         {"an unknown root", "} HKXX {", "3: a root key"},
-        {"a closing brace too many", "} }", "3: a root key"},
-        {"a root without entries", "} HKLM", "3: {"},
         {"no end", "A {\n B", "4: a name"},
         {"an identifier that is not quoted", "A {\n {158702B0-E0E4-4270-87FD-658F293BAE5E} = s x }",
          "4: a name"},
@@ -108,15 +103,11 @@ TEST(RegistrationScript, TellsTheLineOfAFaultAndWhatItWants) {
         {"an empty name", "''", "3: a plain name before this"},
         {"a path", "ForceRemove A\\B", "3: a plain name before this"},
         {"no data", "A =\n }", "4: s or d"},
-        {"an unknown kind of data", "A = x y", "3: s or d"},
         {"a quoted kind of data", "A = 's' y", "3: s or d"},
         {"a value without data", "val A\n val B", "4: ="},
-        {"a text that is a brace", "A = s }", "3: a text"},
         {"a text without an end", "A = s 'no end\n'", "3: an apostrophe"},
         {"a percent sign alone", "A = s '100%'", "3: a percent sign"},
         {"an unknown replacement", "%OTHER%", "3: a known replacement"},
-        {"no number", "val A = d x", "3: a number of 32 bits before this"},
-        {"a number and more", "val A = d 1x", "3: a number of 32 bits before this"},
         {"a number of 33 bits", "val A = d 4294967296", "3: a number of 32 bits before this"},
         {"a hexadecimal number without digits", "val A = d 0x",
          "3: a number of 32 bits before this"},

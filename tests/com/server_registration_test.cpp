@@ -20,20 +20,23 @@ std::string FileOf(const char* module) {
 
 TEST_F(ServerRegistration, WritesThePageFactoryAndTakesItBack) {
     const ImportPatch typeLibrary("RegisterTypeLib", TakeTypeLibrary);
-    const std::string clsid = "{E58C6519-2F38-4027-9DEF-5E6D4033F561}", id = "\\CLSID\\" + clsid;
-    const std::string expected =
-        "|\\CLSID|" + id + "|='Vidmoor page factory'|" + id + "\\InprocServer32|='" +
-        FileOf("Kitbag.dll") + "'|ThreadingModel='Apartment'|" + id +
-        "\\ProgID|='Kitbag.KivPageFactory.1'|" + id + "\\Programmable|" + id +
-        "\\TypeLib|='{158702B0-E0E4-4270-87FD-658F293BAE5E}'|" + id +
-        "\\VersionIndependentProgID|='Kitbag.KivPageFactory'|"
-        "\\Kitbag.KivPageFactory|='Vidmoor page factory'|\\Kitbag.KivPageFactory\\CLSID|='" +
-        clsid +
-        "'|\\Kitbag.KivPageFactory\\CurVer|='Kitbag.KivPageFactory.1'|"
-        "\\Kitbag.KivPageFactory.1|='Vidmoor page factory'|\\Kitbag.KivPageFactory.1\\CLSID|='" +
-        clsid + "'|";
+    const std::string expected = R"(|\CLSID)"
+                                 R"(|\CLSID\{ID}|='Vidmoor page factory')"
+                                 R"(|\CLSID\{ID}\InprocServer32|='FILE'|ThreadingModel='Apartment')"
+                                 R"(|\CLSID\{ID}\ProgID|='Kitbag.KivPageFactory.1')"
+                                 R"(|\CLSID\{ID}\Programmable)"
+                                 R"(|\CLSID\{ID}\TypeLib|='{158702B0-E0E4-4270-87FD-658F293BAE5E}')"
+                                 R"(|\CLSID\{ID}\VersionIndependentProgID|='Kitbag.KivPageFactory')"
+                                 R"(|\Kitbag.KivPageFactory|='Vidmoor page factory')"
+                                 R"(|\Kitbag.KivPageFactory\CLSID|='{ID}')"
+                                 R"(|\Kitbag.KivPageFactory\CurVer|='Kitbag.KivPageFactory.1')"
+                                 R"(|\Kitbag.KivPageFactory.1|='Vidmoor page factory')"
+                                 R"(|\Kitbag.KivPageFactory.1\CLSID|='{ID}'|)";
     EXPECT_EQ(S_OK, ::DllRegisterServer());
-    EXPECT_EQ(expected, Classes());
+    std::string written = std::regex_replace(
+        Classes(), std::regex("\\{E58C6519-2F38-4027-9DEF-5E6D4033F561\\}"), "{ID}");
+    const std::string file = FileOf("Kitbag.dll");
+    EXPECT_EQ(expected, written.replace(written.find(file), file.size(), "FILE"));
     EXPECT_EQ(S_OK, ::DllUnregisterServer());
     EXPECT_EQ("|\\CLSID|", Classes());
     EXPECT_EQ(S_OK, ::DllUnregisterServer()) << "where nothing is registered";

@@ -74,18 +74,4 @@ TEST_F(ModuleRecordTest, WalksShorterEntriesOfTheFirstVersion) {
     EXPECT_THAT(events, ElementsAre("A ends", "B ends"));
 }
 
-TEST_F(ModuleRecordTest, DestroysItsPrivateHeaps) {
-    ClassObjectEntry empty[] = {{}};
-    record.Initialise(nullptr, empty);
-    HANDLE heaps[] = {::HeapCreate(0, 0, 0), ::HeapCreate(0, 0, 0)};
-    const auto count = [] { return ::GetProcessHeaps(0, nullptr); };
-    record.mainHeap = ::HeapCreate(0, 0, 0);
-    record.privateHeaps = heaps;
-    record.privateHeapCount = 2;
-    const DWORD before = count();
-    record.Terminate();
-    EXPECT_EQ(before - 3, count());
-    EXPECT_EQ(nullptr, record.mainHeap);
-}
-
 }  // namespace

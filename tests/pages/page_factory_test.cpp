@@ -110,7 +110,7 @@ TEST_F(PageFactory, KeepsObjectsAndADefaultForTheOthers) {
     EXPECT_EQ("S_OK null", Call(get, IID_IUnknown));
     for (IUnknown* object : {&page, &other}) EXPECT_EQ(S_OK, factory->SetDefaultObject(object));
     EXPECT_EQ("S_OK other", Call(get, IID_IUnknown)) << "the default set last";
-    // Identifiers that differ in their last byte only.
+    // Identifiers that differ in one byte.
     for (const auto& [id, object] : {std::pair<GUID, IUnknown*>(IID_IUnknown, &graphics),
                                      {IID_IClassFactory, &other},
                                      {IID_IUnknown, &page}})
