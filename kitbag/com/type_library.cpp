@@ -111,14 +111,13 @@ HRESULT InterfaceDescription::Load() {
     ComPtr<ITypeInfo> info;
     if (SUCCEEDED(result)) result = own.library->GetTypeInfoOfGuid(interfaceId_, &info);
     if (FAILED(result)) return result;
-    if (!moduleRecord.AddTerminationCallback(Release, reinterpret_cast<DWORD_PTR>(this)))
-        return E_OUTOFMEMORY;
+    if (!moduleRecord.AddTerminationCallback(Release, this)) return E_OUTOFMEMORY;
     info_ = info.Detach();
     return S_OK;
 }
 
-void WINAPI InterfaceDescription::Release(DWORD_PTR description) {
-    auto& self = *reinterpret_cast<InterfaceDescription*>(description);
+void WINAPI InterfaceDescription::Release(void* description) {
+    auto& self = *static_cast<InterfaceDescription*>(description);
     std::exchange(self.info_, nullptr)->Release();
 }
 

@@ -32,7 +32,7 @@ class InterfaceDescription {
 
  private:
     HRESULT Load();
-    static void WINAPI Release(DWORD_PTR description);
+    static void WINAPI Release(void* description);
 
     const IID& interfaceId_;
     /// Under the general critical section.

@@ -53,7 +53,7 @@ void ModuleRecord::DestroyHeaps() {
     ::HeapDestroy(std::exchange(mainHeap, nullptr));
 }
 
-bool ModuleRecord::AddTerminationCallback(TerminationFunction function, DWORD_PTR argument) {
+bool ModuleRecord::AddTerminationCallback(TerminationFunction function, void* argument) {
     auto* node = new (std::nothrow) TerminationCallback{function, argument, nullptr};
     if (!node) return false;
     const SectionLock lock(generalSection);

@@ -24,8 +24,8 @@ struct ClassObject final : IUnknown {
     STDMETHODIMP_(ULONG) Release() override { return events.push_back("object goes"), 0; }
 };
 
-void WINAPI NoteCallback(DWORD_PTR argument) {
-    events.push_back("callback " + std::to_string(argument));
+void WINAPI NoteCallback(void* argument) {
+    events.push_back(std::string("callback ") + static_cast<const char*>(argument));
 }
 
 struct ModuleRecordTest : testing::Test {
@@ -51,12 +51,12 @@ TEST_F(ModuleRecordTest, TellsItsClassesThatTheLibraryStartsAndEnds) {
     EXPECT_EQ(library, record.typeLibraryInstance);
     EXPECT_EQ(0, record.lockCount);
 
+    char first[] = "1", second[] = "2";
     map[1].classObject = &object;
-    for (const DWORD_PTR i : {1u, 2u, 3u})
-        EXPECT_TRUE(record.AddTerminationCallback(NoteCallback, i)) << i;
+    for (char* name : {first, second})
+        EXPECT_TRUE(record.AddTerminationCallback(NoteCallback, name)) << name;
     record.Terminate();
-    EXPECT_THAT(events, ElementsAre("A ends", "object goes", "C ends", "callback 3", "callback 2",
-                                    "callback 1"));
+    EXPECT_THAT(events, ElementsAre("A ends", "object goes", "C ends", "callback 2", "callback 1"));
     EXPECT_EQ(nullptr, map[1].classObject);
 }
 
