@@ -71,7 +71,7 @@ CKivPageFactory::~CKivPageFactory() {
     // in order, and what it adds or registers goes the same way.
     while (defaultObject_ || !objects_.empty() || !pages_.empty()) {
         pageFiles_.clear();
-        const auto defaultObject = std::move(defaultObject_);
+        const auto defaultObject = std::exchange(defaultObject_, nullptr);
         const auto objects = std::exchange(objects_, {});
         const auto pages = std::exchange(pages_, {});
     }
