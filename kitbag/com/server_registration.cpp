@@ -11,6 +11,7 @@
 
 #include <iterator>
 #include <string>
+#include <utility>
 
 namespace kitbag {
 

@@ -311,9 +311,9 @@ TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
         const char* about;
         const wchar_t *skin, *name, *file, *directory;
     } rows[] = {
-        {"a name", L"C:\\windows", L"Main.page", L"C:\\windows\\Main.page", L"C:\\windows\\"},
+        {"a name", L"C:\\windows", L"x.page", L"C:\\windows\\x.page", L"C:\\windows\\"},
         {"a drive", L"C:\\windows", L"c:Main.page", L"c:Main.page", L""},
-        {"a folder", L"C:\\windows", L"a\\b\\Main.page", L"a\\b\\Main.page", L"a\\b\\"},
+        {"a folder", L"C:\\windows", L"a\\b\\x.page", L"a\\b\\x.page", L"a\\b\\"},
         {"a name with another file", L"C:\\windows", L"Renamed", L"sub\\New.page", L"sub\\"},
         {"no skin directory", L"C:\\no such folder", L"Main.page", L"Main.page", L""},
     };
