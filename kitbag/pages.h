@@ -1,22 +1,40 @@
 // The page factory: the application's skinned user-interface pages, created from script files.
 //
-//     ComPtr<IKivPageFactory> factory;
-//     if (!KB_CreateKivPageFactory(&factory)) return E_FAIL;
-//     factory->AddPage(_bstr_t(L"Main.page"), nullptr);
-//     factory->CreatePage(-1, userInterface, nullptr, nullptr);  // all pages
+//     #include <comutil.h>
+//     #include <kitbag/pages.h>
+//     #include <wrl/client.h>
+//
+//     HRESULT ShowPages(IKivUserInterface* userInterface) {
+//         Microsoft::WRL::ComPtr<IKivPageFactory> factory;
+//         if (!KB_CreateKivPageFactory(&factory)) return E_FAIL;
+//         factory->AddPage(_bstr_t(L"Main.page"), nullptr);
+//         return factory->CreatePage(-1, userInterface, nullptr, nullptr);  // all pages
+//     }
 //
 // The interfaces are COM interfaces: what a function hands out carries a reference for the caller,
 // pointers that are handed in are borrowed for the call unless it says that they are kept. Texts
 // are BSTRs up to their first zero; they pass through the ANSI code page. No exception leaves an
 // operation; where memory runs out it answers E_OUTOFMEMORY. An out pointer that is null gives
-// E_POINTER unless it may be null; operations that fail leave null in it.
+// E_POINTER unless it may be null; operations that fail leave null in it. A caller in another
+// apartment gives every out pointer: the system's proxies refuse a null one.
 //
 // IKivPageFactory
 //
-// Belongs to the apartment of the thread that created it. It is an automation object too
-// (ProgID "Kitbag.KivPageFactory", once the library is registered): scripts get the last argument
-// as the result. Its own failures are told by their codes alone; an error object that the
-// application left in a call that the factory made reaches the caller of the factory.
+// Belongs to the apartment of the thread that created it. Its own failures are told by their codes
+// alone: an operation that can fail first clears the thread's error object. One that the
+// application leaves in a call that the factory makes reaches the caller of the factory.
+//
+// At its end it lets go of all that it keeps. What ends with it may call it once more, and finds it
+// without pages and objects.
+//
+// It is an automation object too: once the library is registered, scripts create a
+// "Kitbag.KivPageFactory" and get the last argument as the result.
+//
+//     Set factory = CreateObject("Kitbag.KivPageFactory")
+//     index = factory.AddPage("Main.page")
+//
+// They can call everything but RegisterObject and GetRegisteredObject, as they have no identifiers
+// to hand in; CreatePage needs a user interface of the application's.
 //
 //   SetDefaultObject(object)
 //       Keeps the object that GetRegisteredObject answers for unknown identifiers; null for none.

@@ -12,6 +12,8 @@ using Entries = std::vector<RegistrationEntry>;
 using Kind = RegistrationEntry::Kind;
 
 constexpr wchar_t kDefaultValue[] = L"";
+/// Enough to write, count and delete what is in a key.
+constexpr REGSAM kAccess = KEY_READ | KEY_WRITE;
 
 LSTATUS UnlessMissing(LSTATUS status) {
     return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
@@ -37,10 +39,11 @@ LSTATUS Write(HKEY parent, const RegistrationEntry& entry) {
         status = UnlessMissing(DeleteTree(parent, name));
     if (entry.kind == Kind::DeletedKey || status != ERROR_SUCCESS) return status;
 
-    RegistryKey key;
-    status = CreateKey(parent, name, KEY_READ | KEY_WRITE, key.Receive());
-    if (status == ERROR_SUCCESS && entry.data)
-        status = WriteData(key.Get(), kDefaultValue, *entry.data);
+    HKEY created = nullptr;
+    status = CreateKey(parent, name, kAccess, &created);
+    if (status != ERROR_SUCCESS) return status;
+    const RegistryKey key(created);
+    if (entry.data) status = WriteData(key.Get(), kDefaultValue, *entry.data);
     return status == ERROR_SUCCESS ? WriteAll(key.Get(), entry.entries) : status;
 }
 
@@ -53,8 +56,7 @@ LSTATUS WriteAll(HKEY key, const Entries& entries) {
 LSTATUS RemoveIfEmpty(HKEY parent, const wchar_t* name, HKEY key) {
     DWORD keys = 0;
     DWORD values = 0;
-    const LSTATUS status = ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr,
-                                              nullptr, &values, nullptr, nullptr, nullptr, nullptr);
+    const LSTATUS status = QueryCounts<wchar_t>(key, &keys, &values);
     if (status != ERROR_SUCCESS || keys + values > 0) return status;
     return DeleteKey(parent, name);
 }
@@ -62,9 +64,10 @@ LSTATUS RemoveIfEmpty(HKEY parent, const wchar_t* name, HKEY key) {
 LSTATUS RemoveAll(HKEY key, const Entries& entries);
 
 LSTATUS RemoveNamed(HKEY parent, const RegistrationEntry& entry) {
-    RegistryKey key;
-    LSTATUS status = OpenKey(parent, entry.name.c_str(), KEY_READ | KEY_WRITE, key.Receive());
+    HKEY opened = nullptr;
+    LSTATUS status = OpenKey(parent, entry.name.c_str(), kAccess, &opened);
     if (status != ERROR_SUCCESS) return status;
+    const RegistryKey key(opened);
 
     status = RemoveAll(key.Get(), entry.entries);
     if (entry.data)

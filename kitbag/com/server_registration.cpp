@@ -1,19 +1,23 @@
 #include <kitbag/com/registration_writer.h>
 #include <kitbag/com/server_registration.h>
 #include <kitbag/com/type_library.h>
+#include <kitbag/frame/class_object_map.h>
 #include <kitbag/frame/debug_trace.h>
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/module_record.h>
 #include <kitbag/frame/resource_ids.h>
 #include <kitbag/frame/text_conversion.h>
-#include <kitbag/pages.h>
 
+#include <iterator>
 #include <string>
+#include <utility>
 
 namespace kitbag {
 
 namespace {
+
+using Roots = std::vector<RegistrationRoot>;
 
 /// Empty where the resource cannot be had.
 std::wstring ScriptText() {
@@ -27,60 +31,71 @@ std::wstring ScriptText() {
 }
 
 std::wstring TextOf(const GUID& identifier) {
+    // 32 digits, 4 hyphens, 2 braces and the terminator.
     wchar_t text[39];
     ::StringFromGUID2(identifier, text, static_cast<int>(std::size(text)));
     return text;
 }
 
-HRESULT Unregister() {
-    const HRESULT classes = moduleRecord.UpdateRegistry(false);
-    const HRESULT typeLibrary = UnregisterOwnTypeLibrary();
-    return FAILED(classes) ? classes : typeLibrary;
-}
-
-HRESULT Register() {
-    const HRESULT result = Guarded(
-        [] {
-            const HRESULT classes = moduleRecord.UpdateRegistry(true);
-            return FAILED(classes) ? classes : RegisterOwnTypeLibrary();
-        },
-        E_OUTOFMEMORY);
-    // Half a registration would make programs fail later and less plainly.
-    if (FAILED(result)) Unregister();
-    return result;
-}
-
-}  // namespace
-
-HRESULT UpdatePageFactoryRegistration(bool install) {
-    const Replacements replacements = {
-        {L"CLSID", TextOf(CLSID_KivPageFactory)},
-        {L"TYPELIB", TextOf(LIBID_Kitbag)},
+/// What the script says for all classes.
+Roots ReadScript(const std::wstring& script) {
+    Replacements replacements = {
+        {L"TYPELIB", TextOf(*typeLibraryId)},
         {L"MODULE", LibraryFile()},
     };
+    Roots roots;
+    for (const auto* entry = classObjectMap; entry->classId; ++entry) {
+        replacements[L"CLSID"] = TextOf(*entry->classId);
+        replacements[L"PROGID"] = entry->progId;
+        replacements[L"DESCRIPTION"] = entry->description;
+        for (RegistrationRoot& root : ParseRegistrationScript(script, replacements))
+            roots.push_back(std::move(root));
+    }
+    return roots;
+}
+
+/// Writes the classes' registration, or takes it back.
+HRESULT UpdateClasses(HRESULT (*update)(const Roots& roots)) {
     const std::wstring script = ScriptText();
     constexpr LONG missing = ERROR_RESOURCE_DATA_NOT_FOUND;
     if (script.empty()) return HRESULT_FROM_WIN32(missing);
     try {
-        const auto roots = ParseRegistrationScript(script, replacements);
-        return install ? WriteRegistration(roots) : RemoveRegistration(roots);
+        const Roots roots = ReadScript(script);
+        const SectionLock lock(moduleRecord.objectMapSection);
+        return update(roots);
     } catch (const RegistrationScriptError& error) {
-        DebugTrace("UpdatePageFactoryRegistration: Line %ld of the script wants %s\n", error.line,
-                   error.expected);
+        DebugTrace("UpdateClasses: Line %ld of the script wants %s\n", error.line, error.expected);
         constexpr LONG broken = ERROR_INVALID_DATA;
         return HRESULT_FROM_WIN32(broken);
     }
 }
 
-}  // namespace kitbag
+}  // namespace
 
-// Called by the system's registration tool, with the right to write HKEY_CLASSES_ROOT. A failed
-// registration takes everything back, also what an earlier one left.
-KITBAG_PLAIN HRESULT WINAPI DllRegisterServer() {
-    return kitbag::Guarded([] { return kitbag::Register(); }, E_OUTOFMEMORY);
+HRESULT UnregisterServer() {
+    const HRESULT classes = UpdateClasses(RemoveRegistration);
+    const HRESULT typeLibrary = UnregisterOwnTypeLibrary();
+    return FAILED(classes) ? classes : typeLibrary;
 }
 
-// Takes back what is there and answers the first failure; S_OK, too, where nothing was registered.
+HRESULT RegisterServer() {
+    const HRESULT result = Guarded(
+        [] {
+            const HRESULT classes = UpdateClasses(WriteRegistration);
+            return FAILED(classes) ? classes : RegisterOwnTypeLibrary();
+        },
+        E_OUTOFMEMORY);
+    if (FAILED(result)) UnregisterServer();
+    return result;
+}
+
+}  // namespace kitbag
+
+// Called by the system's registration tool, with the right to write HKEY_CLASSES_ROOT.
+KITBAG_PLAIN HRESULT WINAPI DllRegisterServer() {
+    return kitbag::Guarded(kitbag::RegisterServer, E_OUTOFMEMORY);
+}
+
 KITBAG_PLAIN HRESULT WINAPI DllUnregisterServer() {
-    return kitbag::Guarded([] { return kitbag::Unregister(); }, E_OUTOFMEMORY);
+    return kitbag::Guarded(kitbag::UnregisterServer, E_OUTOFMEMORY);
 }

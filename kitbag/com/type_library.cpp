@@ -1,7 +1,9 @@
+#include <comdef.h>
+#include <comutil.h>
 #include <kitbag/com/type_library.h>
+#include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/module_record.h>
 #include <kitbag/frame/os_dependent_function.h>
-#include <kitbag/pages.h>
 #include <oleauto.h>
 #include <wrl/client.h>
 
@@ -13,6 +15,9 @@ namespace kitbag {
 namespace {
 
 using Microsoft::WRL::ComPtr;
+
+/// No path of the system is longer, its terminator included.
+constexpr DWORD kPathRoom = 32768;
 
 struct TypeLibrary {
     std::wstring file;
@@ -30,7 +35,13 @@ HRESULT LoadOwn(TypeLibrary& loaded) {
     if (file.empty()) return E_FAIL;
     const HRESULT result = Load(file, loaded);
     if (SUCCEEDED(result)) return result;
-    return Load(std::filesystem::path(file).replace_extension(L".tlb").native(), loaded);
+
+    // The system looks for a file that is not there in other places, too, where another program's
+    // may lie.
+    std::wstring beside = std::filesystem::path(file).replace_extension(L".tlb").native();
+    const DWORD attributes = AttributesOf(beside.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || IsFolder(attributes)) return result;
+    return Load(std::move(beside), loaded);
 }
 
 /// Owns the attributes of a type library.
@@ -53,39 +64,16 @@ class Attributes {
 };
 
 bool IsRegistered(const TLIBATTR& type) {
-    BSTR path = nullptr;
-    const HRESULT result =
-        ::QueryPathOfRegTypeLib(type.guid, type.wMajorVerNum, type.wMinorVerNum, type.lcid, &path);
-    ::SysFreeString(path);
-    return SUCCEEDED(result);
-}
-
-/// Under the general critical section.
-ITypeInfo* pageFactoryInfo = nullptr;
-
-void WINAPI ReleasePageFactoryInfo(DWORD_PTR) {
-    std::exchange(pageFactoryInfo, nullptr)->Release();
-}
-
-HRESULT LoadPageFactoryInfo() {
-    TypeLibrary own;
-    HRESULT result = LoadOwn(own);
-    ComPtr<ITypeInfo> info;
-    if (SUCCEEDED(result))
-        result = own.library->GetTypeInfoOfGuid(__uuidof(IKivPageFactory), &info);
-    if (FAILED(result)) return result;
-    if (!moduleRecord.AddTerminationCallback(ReleasePageFactoryInfo, 0)) return E_OUTOFMEMORY;
-    pageFactoryInfo = info.Detach();
-    return S_OK;
+    _bstr_t file;
+    return SUCCEEDED(::QueryPathOfRegTypeLib(type.guid, type.wMajorVerNum, type.wMinorVerNum,
+                                             type.lcid, file.GetAddress()));
 }
 
 }  // namespace
 
 std::wstring LibraryFile() {
-    // The longest path of the system.
-    std::wstring path(32768, L'\0');
-    path.resize(::GetModuleFileNameW(moduleRecord.typeLibraryInstance, path.data(),
-                                     static_cast<DWORD>(path.size())));
+    std::wstring path(kPathRoom, L'\0');
+    path.resize(::GetModuleFileNameW(moduleRecord.typeLibraryInstance, path.data(), kPathRoom));
     return path;
 }
 
@@ -111,14 +99,26 @@ HRESULT UnregisterOwnTypeLibrary() {
                                  type->syskind);
 }
 
-HRESULT PageFactoryTypeInfo(ITypeInfo** info) {
-    *info = nullptr;
+HRESULT InterfaceDescription::Get(ITypeInfo** info) {
     const SectionLock lock(moduleRecord.generalSection);
-    const HRESULT result = pageFactoryInfo ? S_OK : LoadPageFactoryInfo();
+    const HRESULT result = info_ ? S_OK : Load();
+    return FAILED(result) ? result : ComPtr<ITypeInfo>(info_).CopyTo(info);
+}
+
+HRESULT InterfaceDescription::Load() {
+    TypeLibrary own;
+    HRESULT result = LoadOwn(own);
+    ComPtr<ITypeInfo> info;
+    if (SUCCEEDED(result)) result = own.library->GetTypeInfoOfGuid(interfaceId_, &info);
     if (FAILED(result)) return result;
-    *info = pageFactoryInfo;
-    pageFactoryInfo->AddRef();
+    if (!moduleRecord.AddTerminationCallback(Release, this)) return E_OUTOFMEMORY;
+    info_ = info.Detach();
     return S_OK;
+}
+
+void WINAPI InterfaceDescription::Release(void* description) {
+    auto& self = *static_cast<InterfaceDescription*>(description);
+    std::exchange(self.info_, nullptr)->Release();
 }
 
 }  // namespace kitbag

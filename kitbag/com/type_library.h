@@ -11,7 +11,7 @@
 
 namespace kitbag {
 
-/// The full path of the library's own file.
+/// The full path of the library's own file; empty where the system cannot tell.
 std::wstring LibraryFile();
 
 /// Registers the type library for the file that holds it.
@@ -19,8 +19,28 @@ HRESULT RegisterOwnTypeLibrary();
 /// S_OK, too, where it is not registered.
 HRESULT UnregisterOwnTypeLibrary();
 
-/// The description of the page factory's interface; one for the process, kept until the library is
-/// unloaded. Works without registration.
-HRESULT PageFactoryTypeInfo(ITypeInfo** info);
+/// The description of one interface. It is looked up in the type library at the first request,
+/// works without registration, and is kept until the library is unloaded.
+class InterfaceDescription {
+ public:
+    explicit constexpr InterfaceDescription(const IID& interfaceId) : interfaceId_(interfaceId) {}
+    InterfaceDescription(const InterfaceDescription&) = delete;
+    InterfaceDescription& operator=(const InterfaceDescription&) = delete;
+
+    /// Any thread may ask.
+    HRESULT Get(ITypeInfo** info);
+
+ private:
+    HRESULT Load();
+    static void WINAPI Release(void* description);
+
+    const IID& interfaceId_;
+    /// Under the general critical section.
+    ITypeInfo* info_ = nullptr;
+};
+
+/// One for every interface of the process.
+template <class Interface>
+constinit inline InterfaceDescription interfaceDescription(__uuidof(Interface));
 
 }  // namespace kitbag

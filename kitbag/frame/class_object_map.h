@@ -18,12 +18,16 @@ struct ClassObjectEntryV1 {
     void (*onModule)(bool starting);
 };
 
-/// A class as the current version lists it: it also registers itself.
+/// A class as the current version lists it: with what the registration script says of it.
 struct ClassObjectEntry : ClassObjectEntryV1 {
-    HRESULT (*updateRegistry)(bool install);
+    /// The name by which scripts create its objects, without a version.
+    const wchar_t* progId;
+    const wchar_t* description;
 };
 
-/// The library's own classes; the room that implements them defines it.
+/// The library's own classes, and the identifier of the type library that describes them; the room
+/// that implements the classes defines both.
 extern ClassObjectEntry classObjectMap[];
+extern const GUID* const typeLibraryId;
 
 }  // namespace kitbag

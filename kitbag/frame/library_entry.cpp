@@ -13,6 +13,8 @@ using kitbag::moduleRecord;
 void AttachProcess(HINSTANCE library) {
     DebugTrace("Kitbag attaching to process\n");
     moduleRecord.Initialise(library, kitbag::classObjectMap);
+    // The compiler's runtime gives the library thread-local storage, and the system refuses this
+    // for libraries that have some: the entry is called for threads all the same, and ignores it.
     ::DisableThreadLibraryCalls(library);
 }
 

@@ -53,7 +53,7 @@ void ModuleRecord::DestroyHeaps() {
     ::HeapDestroy(std::exchange(mainHeap, nullptr));
 }
 
-bool ModuleRecord::AddTerminationCallback(TerminationFunction function, DWORD_PTR argument) {
+bool ModuleRecord::AddTerminationCallback(TerminationFunction function, void* argument) {
     auto* node = new (std::nothrow) TerminationCallback{function, argument, nullptr};
     if (!node) return false;
     const SectionLock lock(generalSection);
@@ -74,20 +74,6 @@ HRESULT ModuleRecord::GetClassObject(REFCLSID classId, REFIID interfaceId, void*
     return entry->classObject->QueryInterface(interfaceId, object);
 }
 
-HRESULT ModuleRecord::UpdateRegistry(bool install) {
-    // Map entries of the first version know nothing of registration.
-    if (version == kFirstVersion) return S_OK;
-    HRESULT result = S_OK;
-    const SectionLock lock(objectMapSection);
-    for (auto* entry = classObjects; entry->classId; entry = Next(entry)) {
-        const auto update = static_cast<ClassObjectEntry*>(entry)->updateRegistry;
-        const HRESULT updated = update ? update(install) : S_OK;
-        if (SUCCEEDED(result)) result = updated;
-        if (install && FAILED(result)) break;
-    }
-    return result;
-}
-
 ClassObjectEntryV1* ModuleRecord::Find(REFCLSID classId) const {
     auto* entry = classObjects;
     while (entry->classId && *entry->classId != classId) entry = Next(entry);
@@ -95,6 +81,8 @@ ClassObjectEntryV1* ModuleRecord::Find(REFCLSID classId) const {
 }
 
 ClassObjectEntryV1* ModuleRecord::Next(ClassObjectEntryV1* entry) const {
+    // The library's own record is of the current version; the step follows the record all the same,
+    // because a record and its map are read by their version wherever they come from.
     if (version == kFirstVersion) return entry + 1;
     return static_cast<ClassObjectEntry*>(entry) + 1;
 }

@@ -20,7 +20,7 @@ class SectionLock {
     CRITICAL_SECTION& section_;
 };
 
-using TerminationFunction = void(WINAPI*)(DWORD_PTR argument);
+using TerminationFunction = void(WINAPI*)(void* argument);
 
 /// One per process. Initialise and Terminate run under the system's loader lock; everything else
 /// may be called from any thread: the lock count is changed with interlocked operations, the list
@@ -32,7 +32,7 @@ struct ModuleRecord {
 
     struct TerminationCallback {
         TerminationFunction function;
-        DWORD_PTR argument;
+        void* argument;
         TerminationCallback* next;
     };
 
@@ -65,13 +65,9 @@ struct ModuleRecord {
     /// first request and kept until the library is unloaded.
     HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object);
 
-    /// Has every class of the map that can do so write its registration, or take it back. Writing
-    /// stops at the first failure; taking back goes on and answers the first failure.
-    HRESULT UpdateRegistry(bool install);
-
     /// Has the function called with the argument when the library is unloaded; the newest comes
     /// first. False when out of memory.
-    bool AddTerminationCallback(TerminationFunction function, DWORD_PTR argument);
+    bool AddTerminationCallback(TerminationFunction function, void* argument);
 
     /// The entry behind another one; the record's version says how large an entry is.
     ClassObjectEntryV1* Next(ClassObjectEntryV1* entry) const;

@@ -1,4 +1,3 @@
-#include <kitbag/com/server_registration.h>
 #include <kitbag/frame/class_object_map.h>
 #include <kitbag/frame/com_object.h>
 #include <kitbag/pages.h>
@@ -8,8 +7,11 @@ namespace kitbag {
 
 constinit ClassObjectEntry classObjectMap[] = {
     {{&CLSID_KivPageFactory, &CreateObject<CKivPageFactory>, nullptr, nullptr},
-     &UpdatePageFactoryRegistration},
+     L"Kitbag.KivPageFactory",
+     L"Vidmoor page factory"},
     {},
 };
+
+constinit const GUID* const typeLibraryId = &LIBID_Kitbag;
 
 }  // namespace kitbag

@@ -1,15 +1,14 @@
 #include <comdef.h>
 #include <comutil.h>
 #include <kitbag/frame/debug_trace.h>
-#include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_conversion.h>
+#include <kitbag/frame/text_steps.h>
 #include <kitbag/pages/page_factory.h>
 #include <kitbag/pages/page_owner.h>
 #include <kitbag/registry/directories.h>
 #include <kitbag/registry/stored_values.h>
 
 #include <initializer_list>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -21,15 +20,19 @@ using Microsoft::WRL::ComPtr;
 
 /// The settings that give a page another file than the one it is named for.
 constexpr char kSkinsSection[] = "Skins";
+/// Components know the texts cut to one byte less.
+constexpr int kResourceTextRoom = 512;
 
 _bstr_t ToBstr(const std::string& text) { return {ToWide(text.c_str()).c_str()}; }
 
-std::string Join(const std::string& directory, const std::string& name) {
-    return directory + (directory.ends_with('\\') ? "" : "\\") + name;
+std::string Join(const std::string& folder, const std::string& name) {
+    return folder + (EndsWithBackslash<char>(folder) ? "" : "\\") + name;
 }
 
 /// Up to and including the last backslash.
-std::string DirectoryOf(const std::string& file) { return file.substr(0, file.rfind('\\') + 1); }
+std::string FolderOfFile(const std::string& file) {
+    return file.substr(0, FindLastOf<char>(file, "\\") + 1);
+}
 
 /// Empty where there is none.
 std::string SkinDirectory(const char* operation) {
@@ -63,6 +66,17 @@ HRESULT CreateDefaultOwner(ComPtr<IKivPageOwner>& owner) {
 
 }  // namespace
 
+CKivPageFactory::~CKivPageFactory() {
+    // What is let go may call the factory once more: it finds one without pages and objects, all
+    // in order, and what it adds or registers goes the same way.
+    while (defaultObject_ || !objects_.empty() || !pages_.empty()) {
+        pageFiles_.clear();
+        const auto defaultObject = std::exchange(defaultObject_, nullptr);
+        const auto objects = std::exchange(objects_, {});
+        const auto pages = std::exchange(pages_, {});
+    }
+}
+
 STDMETHODIMP CKivPageFactory::SetDefaultObject(IUnknown* object) {
     Object changing(object);
     changing.Swap(defaultObject_);
@@ -70,76 +84,69 @@ STDMETHODIMP CKivPageFactory::SetDefaultObject(IUnknown* object) {
 }
 
 STDMETHODIMP CKivPageFactory::RegisterObject(GUID identifier, IUnknown* object) {
-    return Guarded(
-        [&] {
-            // What was registered goes when the map is in order again.
-            Object changing(object);
-            if (object)
-                changing.Swap(objects_[identifier]);
-            else if (auto node = objects_.extract(identifier))
-                changing.Swap(node.mapped());
-            return S_OK;
-        },
-        E_OUTOFMEMORY);
+    return Operation([&] {
+        // What was registered goes when the map is in order again.
+        Object changing(object);
+        if (object)
+            changing.Swap(objects_[identifier]);
+        else if (auto node = objects_.extract(identifier))
+            changing.Swap(node.mapped());
+        return S_OK;
+    });
 }
 
 STDMETHODIMP CKivPageFactory::GetRegisteredObject(GUID identifier, IUnknown** object) {
-    if (!object) return E_POINTER;
-    const auto found = objects_.find(identifier);
-    return (found != objects_.end() ? found->second : defaultObject_).CopyTo(object);
+    return Operation([&] {
+        if (!object) return E_POINTER;
+        const auto found = objects_.find(identifier);
+        return (found != objects_.end() ? found->second : defaultObject_).CopyTo(object);
+    });
 }
 
 std::string CKivPageFactory::ScriptFile(LONG index, const char* operation) const {
     // A copy: looking for the directory may ask the user, and the list may grow meanwhile.
     std::string name = pageFiles_[static_cast<std::size_t>(index)];
-    if (name.find_first_of(":\\") != name.npos) return name;
+    if (FindFirstOf<char>(name, ":\\") != name.npos) return name;
     const std::string directory = SkinDirectory(operation);
     return directory.empty() ? name : Join(directory, name);
 }
 
 STDMETHODIMP CKivPageFactory::GetScript(LONG index, IUnknown** script) {
-    if (!script) return E_POINTER;
-    *script = nullptr;
-    if (!IsPage(index)) return E_INVALIDARG;
-    return Guarded(
-        [&]() -> HRESULT {
-            const std::string file = ScriptFile(index, "GetScript");
-            locale_.Update();
-            ComPtr<IKivGraphicFactory> graphics;
-            if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
-            Object loaded;
-            const HRESULT result = graphics->LoadScript(
-                ToBstr(file), ToBstr(DirectoryOf(file)), ToBstr(locale_.language),
-                ToBstr(locale_.subLanguage), loaded.GetAddressOf());
-            if (SUCCEEDED(result)) *script = loaded.Detach();
-            return result;
-        },
-        E_OUTOFMEMORY);
+    return Operation([=, this]() -> HRESULT {
+        if (!script) return E_POINTER;
+        *script = nullptr;
+        if (!IsPage(index)) return E_INVALIDARG;
+        const std::string file = ScriptFile(index, "GetScript");
+        locale_.Update();
+        ComPtr<IKivGraphicFactory> graphics;
+        if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
+        Object loaded;
+        const HRESULT result =
+            graphics->LoadScript(ToBstr(file), ToBstr(FolderOfFile(file)), ToBstr(locale_.language),
+                                 ToBstr(locale_.subLanguage), loaded.GetAddressOf());
+        if (SUCCEEDED(result)) *script = loaded.Detach();
+        return result;
+    });
 }
 
 STDMETHODIMP CKivPageFactory::SetScript(LONG index, IUnknown* script) {
-    if (!script) return E_POINTER;
-    if (!IsPage(index)) return E_INVALIDARG;
-    return Guarded(
-        [&]() -> HRESULT {
-            const std::string file = ScriptFile(index, "SetScript");
-            ComPtr<IKivGraphicFactory> graphics;
-            if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
-            return graphics->SaveScript(ToBstr(file), script);
-        },
-        E_OUTOFMEMORY);
+    return Operation([=, this]() -> HRESULT {
+        if (!script) return E_POINTER;
+        if (!IsPage(index)) return E_INVALIDARG;
+        const std::string file = ScriptFile(index, "SetScript");
+        ComPtr<IKivGraphicFactory> graphics;
+        if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
+        return graphics->SaveScript(ToBstr(file), script);
+    });
 }
 
 STDMETHODIMP CKivPageFactory::GetScriptImage(LONG, BSTR file, IUnknown** image) {
-    if (!image) return E_POINTER;
-    *image = nullptr;
-    return Guarded(
-        [&] {
-            const std::string skin = SkinDirectory("GetScriptImage");
-            return LoadFirstImage(ToNarrow(file), {locale_.subLanguage, locale_.language, skin},
-                                  image);
-        },
-        E_OUTOFMEMORY);
+    return Operation([=, this] {
+        if (!image) return E_POINTER;
+        *image = nullptr;
+        const std::string skin = SkinDirectory("GetScriptImage");
+        return LoadFirstImage(ToNarrow(file), {locale_.subLanguage, locale_.language, skin}, image);
+    });
 }
 
 STDMETHODIMP CKivPageFactory::GetScriptImage2(LONG unused, BSTR file, IUnknown** image) {
@@ -147,24 +154,24 @@ STDMETHODIMP CKivPageFactory::GetScriptImage2(LONG unused, BSTR file, IUnknown**
 }
 
 STDMETHODIMP CKivPageFactory::GetPageCount(LONG* count) {
-    if (!count) return E_POINTER;
-    *count = PageCount();
-    return S_OK;
+    return Operation([=, this] {
+        if (!count) return E_POINTER;
+        *count = PageCount();
+        return S_OK;
+    });
 }
 
 STDMETHODIMP CKivPageFactory::LoadResourceString(LONG, LONG identifier, BSTR* text) {
-    if (!text) return E_POINTER;
-    *text = nullptr;
-    HINSTANCE module = resourceModule_ ? resourceModule_ : moduleRecord.resourceInstance;
-    char buffer[512];
-    if (!::LoadStringA(module, static_cast<UINT>(identifier), buffer, std::size(buffer)))
-        return E_FAIL;
-    return Guarded(
-        [&] {
-            *text = ToBstr(buffer).Detach();
-            return S_OK;
-        },
-        E_OUTOFMEMORY);
+    return Operation([=, this] {
+        if (!text) return E_POINTER;
+        *text = nullptr;
+        HINSTANCE module = resourceModule_ ? resourceModule_ : moduleRecord.resourceInstance;
+        char buffer[kResourceTextRoom];
+        if (!::LoadStringA(module, static_cast<UINT>(identifier), buffer, kResourceTextRoom))
+            return E_FAIL;
+        *text = ToBstr(buffer).Detach();
+        return S_OK;
+    });
 }
 
 STDMETHODIMP CKivPageFactory::SetResourceModule(HMODULE resourceModule) {
@@ -173,56 +180,53 @@ STDMETHODIMP CKivPageFactory::SetResourceModule(HMODULE resourceModule) {
 }
 
 STDMETHODIMP CKivPageFactory::AddPage(BSTR name, LONG* index) {
-    if (!name || !*name) return E_INVALIDARG;
-    return Guarded(
-        [&] {
-            const std::string pageName = ToNarrow(name);
-            TWinString<char> file;
-            if (!KB_GetTStringA(kSkinsSection, pageName.c_str(), file)) file = pageName;
-            // The pages first: they are never fewer than the files, even where memory runs out.
-            pages_.resize(pageFiles_.size() + 1);
-            pageFiles_.push_back(std::move(file));
-            if (index) *index = PageCount() - 1;
-            return S_OK;
-        },
-        E_OUTOFMEMORY);
+    return Operation([=, this] {
+        if (!name || !*name) return E_INVALIDARG;
+        const std::string pageName = ToNarrow(name);
+        TWinString<char> file;
+        if (!KB_GetTStringA(kSkinsSection, pageName.c_str(), file)) file = pageName;
+        // The pages first: they are never fewer than the files, even where memory runs out.
+        pages_.resize(pageFiles_.size() + 1);
+        pageFiles_.push_back(std::move(file));
+        if (index) *index = PageCount() - 1;
+        return S_OK;
+    });
 }
 
 STDMETHODIMP CKivPageFactory::GetPage(LONG index, IUnknown** page) {
-    if (!page) return E_POINTER;
-    *page = nullptr;
-    if (!IsPage(index)) return E_INVALIDARG;
-    return pages_[static_cast<std::size_t>(index)].CopyTo(page);
+    return Operation([=, this] {
+        if (!page) return E_POINTER;
+        *page = nullptr;
+        if (!IsPage(index)) return E_INVALIDARG;
+        return pages_[static_cast<std::size_t>(index)].CopyTo(page);
+    });
 }
 
 STDMETHODIMP CKivPageFactory::CreatePage(LONG index, IKivUserInterface* userInterface,
                                          IKivPageOwner* owner, IUnknown** page) {
-    if (page) *page = nullptr;
-    if (!userInterface) {
-        DebugTrace("CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n");
-        return E_POINTER;
-    }
-    if (pageFiles_.empty()) {
-        DebugTrace("CKivPageFactory::CreatePage - No filenames for pages given\n");
-        return E_FAIL;
-    }
-    if (index >= PageCount()) {
-        DebugTrace("CKivPageFactory::CreatePage - Index invalid\n");
-        return E_INVALIDARG;
-    }
-    return Guarded(
-        [&]() -> HRESULT {
-            // The user interface may let go of any of the three while it creates a page.
-            const ComPtr<IKivPageFactory> self(this);
-            const ComPtr<IKivUserInterface> creator(userInterface);
-            ComPtr<IKivPageOwner> pageOwner(owner);
-            if (!owner)
-                if (const HRESULT result = CreateDefaultOwner(pageOwner); FAILED(result))
-                    return result;
-            return index < 0 ? CreateAllPages(creator.Get(), pageOwner.Get())
-                             : CreateOnePage(index, creator.Get(), pageOwner.Get(), page);
-        },
-        E_OUTOFMEMORY);
+    return Operation([=, this]() -> HRESULT {
+        if (page) *page = nullptr;
+        if (!userInterface) {
+            DebugTrace("CKivPageFactory::CreatePage - Invalid IKivUserInterface pointer\n");
+            return E_POINTER;
+        }
+        if (pageFiles_.empty()) {
+            DebugTrace("CKivPageFactory::CreatePage - No filenames for pages given\n");
+            return E_FAIL;
+        }
+        if (index >= PageCount()) {
+            DebugTrace("CKivPageFactory::CreatePage - Index invalid\n");
+            return E_INVALIDARG;
+        }
+        // The user interface may let go of any of the three while it creates a page.
+        const ComPtr<IKivPageFactory> self(this);
+        const ComPtr<IKivUserInterface> creator(userInterface);
+        ComPtr<IKivPageOwner> pageOwner(owner);
+        if (!owner)
+            if (const HRESULT result = CreateDefaultOwner(pageOwner); FAILED(result)) return result;
+        return index < 0 ? CreateAllPages(creator.Get(), pageOwner.Get())
+                         : CreateOnePage(index, creator.Get(), pageOwner.Get(), page);
+    });
 }
 
 HRESULT CKivPageFactory::CreateAllPages(IKivUserInterface* userInterface, IKivPageOwner* owner) {

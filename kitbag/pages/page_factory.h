@@ -2,7 +2,6 @@
 #pragma once
 
 #include <kitbag/com/dispatch_object.h>
-#include <kitbag/com/type_library.h>
 #include <kitbag/pages.h>
 #include <kitbag/pages/locale_directories.h>
 #include <wrl/client.h>
@@ -16,9 +15,10 @@ namespace kitbag {
 
 /// Lives in the apartment of the thread that created it and takes no locks. Everything that it
 /// calls may call back into it, so an object is let go only when the factory is in order again.
-class CKivPageFactory final
-    : public DispatchObject<PageFactoryTypeInfo, IKivPageFactory, ISupportErrorInfo> {
+class CKivPageFactory final : public DispatchObject<IKivPageFactory, ISupportErrorInfo> {
  public:
+    ~CKivPageFactory() override;
+
     STDMETHODIMP SetDefaultObject(IUnknown* object) override;
     STDMETHODIMP RegisterObject(GUID identifier, IUnknown* object) override;
     STDMETHODIMP GetScript(LONG index, IUnknown** script) override;

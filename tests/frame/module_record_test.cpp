@@ -1,0 +1,77 @@
+// The record is not exported: the test has one of its own.
+
+#include <gmock/gmock.h>
+#include <kitbag/frame/module_record.h>
+
+#include <memory>
+
+namespace {
+
+using namespace kitbag;
+using testing::ElementsAre;
+
+std::vector<std::string> events;
+
+template <char name>
+void NoteModule(bool starting) {
+    events.push_back(std::string(1, name) + (starting ? " starts" : " ends"));
+}
+
+/// A class object that says when it is let go.
+struct ClassObject final : IUnknown {
+    STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return events.push_back("object goes"), 0; }
+};
+
+void WINAPI NoteCallback(void* argument) {
+    events.push_back(std::string("callback ") + static_cast<const char*>(argument));
+}
+
+struct ModuleRecordTest : testing::Test {
+    ModuleRecordTest() { events.clear(); }
+    ModuleRecord record;
+    ClassObject object;
+};
+
+TEST_F(ModuleRecordTest, TellsItsClassesThatTheLibraryStartsAndEnds) {
+    ClassObjectEntry map[] = {
+        {{&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>}, L"", L""},
+        {{&IID_IDispatch, nullptr, nullptr, nullptr}, L"", L""},
+        {{&IID_IStream, nullptr, nullptr, NoteModule<'C'>}, L"", L""},
+        {},
+    };
+    const auto library = reinterpret_cast<HINSTANCE>(&record);
+    record.Initialise(library, map);
+    EXPECT_THAT(std::exchange(events, {}), ElementsAre("A starts", "C starts"));
+    EXPECT_EQ(sizeof record, record.size);
+    EXPECT_EQ(ModuleRecord::kCurrentVersion, record.version);
+    EXPECT_EQ(library, record.instance);
+    EXPECT_EQ(library, record.resourceInstance);
+    EXPECT_EQ(library, record.typeLibraryInstance);
+    EXPECT_EQ(0, record.lockCount);
+
+    char first[] = "1", second[] = "2";
+    map[1].classObject = &object;
+    for (char* name : {first, second})
+        EXPECT_TRUE(record.AddTerminationCallback(NoteCallback, name)) << name;
+    record.Terminate();
+    EXPECT_THAT(events, ElementsAre("A ends", "object goes", "C ends", "callback 2", "callback 1"));
+    EXPECT_EQ(nullptr, map[1].classObject);
+}
+
+TEST_F(ModuleRecordTest, WalksShorterEntriesOfTheFirstVersion) {
+    ClassObjectEntry empty[] = {{}};
+    record.Initialise(nullptr, empty);
+    ClassObjectEntryV1 map[] = {
+        {&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>},
+        {&IID_IDispatch, nullptr, nullptr, NoteModule<'B'>},
+        {},
+    };
+    record.version = ModuleRecord::kFirstVersion;
+    record.classObjects = map;
+    record.Terminate();
+    EXPECT_THAT(events, ElementsAre("A ends", "B ends"));
+}
+
+}  // namespace
