@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <shlobj.h>
 #include <tests/faults/workload.h>
 #include <tests/support/import_patch.h>
@@ -29,7 +30,7 @@ struct Surroundings {
     Surroundings() { ::RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()); }
 
     const RawKey classes{"Classes"};
-    const ImportPatch patches[10] = {
+    const ImportPatch patches[11] = {
         {"SHBrowseForFolderA", Browse<BROWSEINFOA>},
         {"SHBrowseForFolderW", Browse<BROWSEINFOW>},
         {"GetDriveTypeA", +[](LPCSTR) WINAPI -> UINT { return DRIVE_CDROM; }},
@@ -44,6 +45,9 @@ struct Surroundings {
         {"SetWindowsHookExA",
          +[](int, HOOKPROC hook, HINSTANCE, DWORD) WINAPI { return hook(HC_ACTION, 'A', 0) + 4; }},
         {"UnhookWindowsHookEx", +[](HHOOK) WINAPI -> BOOL { return TRUE; }},
+        {"DeviceIoControl",
+         +[](HANDLE, DWORD, void*, DWORD, void*, DWORD, DWORD*, OVERLAPPED*)
+              WINAPI -> BOOL { return TRUE; }},
         // Wine's library of Windows 9x's network ends the process.
         {"GetProcAddress",
          +[](HMODULE module, LPCSTR name) WINAPI {
@@ -149,6 +153,22 @@ void ExpectNothingLost() {
         blocks = std::min(blocks, HeapBlocks() - blocksBefore);
     }
     EXPECT_TRUE(handles <= 0 && blocks <= 0) << handles << " of handles, " << blocks << " blocks";
+}
+
+TEST(Workload, CallsEveryExportAndSucceeds) {
+    // Wine shares no folders, its processor is as fast as the faked clock, a level or a null is an
+    // answer, too.
+    static const std::regex kMayAnswerNothing(
+        "KB_(LocalToUNC|UNCToLocal|GetCPUSpeed|GetAs|.*Level).*");
+    const Surroundings surroundings;
+    RunWorkload();
+    std::vector<std::string> uncalled, failed;
+    for (const auto& [address, name] : ExportedFunctions())
+        if (!succeeded.contains(name)) uncalled.push_back(name);
+    for (const auto& [name, hasSucceeded] : succeeded)
+        if (!hasSucceeded && !std::regex_match(name, kMayAnswerNothing)) failed.push_back(name);
+    EXPECT_THAT(uncalled, testing::IsEmpty()) << "calls of these belong into workload.h";
+    EXPECT_THAT(failed, testing::IsEmpty());
 }
 
 class FaultSweep : public testing::TestWithParam<std::string> {};
