@@ -253,6 +253,7 @@ class FaultSweep : public testing::TestWithParam<std::string> {};
 
 TEST_P(FaultSweep, IsSurvivedAndLeavesNothingOpen) {
     const Surroundings surroundings;
+    calls = 0;
     answer = FailureOf(GetParam());
     const ImportPatch fault(GetParam().c_str(), kFakes.at(GetParam()));
     RunWorkload();

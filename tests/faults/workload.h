@@ -1,57 +1,24 @@
 // Everything that the library offers, called once, for tests that make the system fail meanwhile.
 //
-// A new function is called with arguments with which it succeeds, after what it needs has been
-// called. What is not given here is made up: numbers and texts of '?', places for output.
+// A new function gets a line with what it needs in order to succeed, behind the calls that make it
+// so. Arguments that are missing are made up: numbers and texts of '?', and places for output,
+// which must be untouched where it answers false.
 //
-//     With("Faults"_t)(KB_GetKeyCountA);        // the whole call
-//     With("Faults"_t, 0u)(KB_EnumKeyTStringA); // the name is made; untouched where it answers
-//     false Noted("AddPage", factory->AddPage(...));  // what has no pointer to a plain function
+//     With(section, "Value"_t)(KB_SetBoolA, KB_GetBoolA);  // the number, and the place for it
+//     Noted("AddPage", factory->AddPage(name, nullptr));   // a method
 //
-// RunWorkload notes for each name whether all its calls succeeded.
+// The test Workload.CallsEveryExportAndSucceeds names what is missing.
 #pragma once
 
 #include <kitbag/kitbag.h>
+#include <tests/faults/exported_functions.h>
 #include <tests/pages/doubles.h>
-#include <tests/support/import_patch.h>
 #include <tests/support/temporary_folder.h>
 
-#include <algorithm>
 #include <map>
-#include <regex>
-#include <span>
 #include <tuple>
 
 namespace kitbag::test {
-
-/// The names of the library's exported functions by their addresses; no mangled names of classes.
-inline const std::map<const void*, std::string>& ExportedFunctions() {
-    static const auto names = [] {
-        HMODULE library = ::GetModuleHandleA("Kitbag.dll");
-        const auto& headers =
-            *At<IMAGE_NT_HEADERS>(library, At<IMAGE_DOS_HEADER>(library, 0)->e_lfanew);
-        const auto& table = *At<IMAGE_EXPORT_DIRECTORY>(
-            library,
-            headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress);
-        std::map<const void*, std::string> found;
-        for (DWORD i = 0; i < table.NumberOfNames; ++i) {
-            const char* name = At<char>(library, At<DWORD>(library, table.AddressOfNames)[i]);
-            // The compiler exports the COM server's functions under their decorated names, too.
-            if (std::regex_match(name, std::regex("(KB_|Dll)\\w+")))
-                found[reinterpret_cast<const void*>(::GetProcAddress(library, name))] = name;
-        }
-        return found;
-    }();
-    return names;
-}
-
-/// The name of an exported function. What a program holds may be the linker's jump to it.
-std::string NameOf(auto* function) {
-    const auto* code = reinterpret_cast<const BYTE*>(function);
-    constexpr BYTE kJumpThroughImport[] = {0xff, 0x25};
-    if (std::ranges::equal(kJumpThroughImport, std::span(code, 2)))
-        code = **reinterpret_cast<const BYTE* const* const*>(code + 2);
-    return ExportedFunctions().at(code);
-}
 
 /// Whether all calls since the start of the workload succeeded, by name.
 inline std::map<std::string, bool> succeeded;

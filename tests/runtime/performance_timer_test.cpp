@@ -51,15 +51,4 @@ TEST(PerformanceTimer, CountsMicrosecondsTowardsZero) {
     }
 }
 
-TEST(PerformanceTimer, IsCopiedWithItsClock) {
-    FakeClocks clocks;
-    const PerformanceTimer withCounter;
-    clocks.hasFrequency = FALSE;
-    PerformanceTimer assigned;
-    EXPECT_EQ(1000, assigned.GetResolution());
-    assigned = withCounter;
-    EXPECT_EQ(10'000'000, assigned.GetResolution());
-    EXPECT_EQ(10'000'000, PerformanceTimer(withCounter).GetResolution());
-}
-
 }  // namespace

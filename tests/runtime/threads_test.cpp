@@ -45,7 +45,11 @@ BOOL WINAPI NotePriority(HANDLE thread, int priority) {
 }
 
 struct Threads : testing::Test {
-    Threads() { creation = {}; }
+    Threads() {
+        creation = {};
+        closed.clear();
+        priorities.clear();
+    }
     const ImportPatch create{"CreateThread", Create};
 };
 
@@ -153,6 +157,12 @@ struct Recorder : EventThread {
     std::string happened;
     std::atomic<int> events = 0;
 };
+
+TEST_F(Threads, CloseNothingThatTheyNeverHad) {
+    const ImportPatch close("CloseHandle", NoteClosed);
+    { const Recorder neverStarted; }
+    EXPECT_THAT(closed, IsEmpty());
+}
 
 TEST_F(Threads, AnswerTwoTriggersOnceAndThenTimeOut) {
     Recorder thread;
