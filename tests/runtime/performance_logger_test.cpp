@@ -4,7 +4,6 @@
 namespace {
 
 using namespace kitbag::test;
-using namespace std::string_literals;
 using testing::HasSubstr;
 
 struct PerformanceReport : PerformancePeriod {
@@ -50,31 +49,24 @@ TEST_F(PerformanceReport, IsOrderedByDepthWithEitherClock) {
         deep.MarkTimerAndRecord(true);
         pass.MarkTimerAndRecord(true);
         scan.AddRecord(3, 0, true);  // never registered
-        const std::string rule = " " + std::string(60, '-') + "\n\n";
-        ASSERT_EQ(
+        const std::string hyphens(60, '-');
+        const char* const rule = hyphens.c_str();
+        TWinString<char> expected;
+        expected.Format(
             "Peformance report: Scan\n\n"
-            "Perf Resolution: "s +
-                resolution +
-                "\n\n"
-                "Available samples = 240000, recorded = 5, attempted = 5\n\n"
-                "-- Depth=0" +
-                rule + "Pass=" + first +
-                "us \n"
-                "     3: Pass=" +
-                last +
-                "us \n"
-                "-- Depth=1" +
-                rule +
-                "Files=42 \n"
-                "-- All" +
-                rule + "Files=42 Pass=" + first +
-                "us \n"
-                "     2:         Deep=" +
-                last +
-                "us \n"
-                "     3: Pass=" +
-                last + "us ",
-            ReportOf(scan));
+            "Perf Resolution: %s\n\n"
+            "Available samples = 240000, recorded = 5, attempted = 5\n\n"
+            "-- Depth=0 %s\n\n"
+            "Pass=%sus \n"
+            "     3: Pass=%sus \n"
+            "-- Depth=1 %s\n\n"
+            "Files=42 \n"
+            "-- All %s\n\n"
+            "Files=42 Pass=%sus \n"
+            "     2:         Deep=%sus \n"
+            "     3: Pass=%sus ",
+            resolution, rule, first, last, rule, rule, first, last, last);
+        ASSERT_EQ(expected, ReportOf(scan));
     }
 }
 

@@ -113,7 +113,10 @@ TEST_F(Threads, HaveAPriorityAndShareTheirHandleWithCopies) {
 /// Passes until it is stopped, or has made so many.
 struct Counter : WorkerThread {
     explicit Counter(int passes) : passesLeft(passes) {}
-    bool DoWork() override { return --passesLeft > 0; }
+    bool DoWork() override {
+        ::SwitchToThread();
+        return --passesLeft > 0;
+    }
     void OnThreadExit() override { Stop(); }  // does not wait for its own thread
 
     std::atomic<int> passesLeft;
