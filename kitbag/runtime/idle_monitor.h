@@ -8,6 +8,9 @@
 // installs the hooks, the first Term removes them for everybody. Nothing is locked; any thread may
 // call any of these, and at worst one reading is a little old.
 //
+// A process that ends without a Term takes its hooks along, but they stay counted: for as long as
+// any process holds this library, Init then answers true and hears nothing, until a Term.
+//
 // Until some process has called Init, the last input is taken to be at tick 0, the system's start.
 #pragma once
 

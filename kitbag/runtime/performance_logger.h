@@ -57,8 +57,8 @@ class KITBAG_API PerformanceLogger : public PerformanceTimer {
     /// could not begin because the logger is off or the buffer too large, it only counts.
     void Start();
     /// Ends the period that the matching Start began: writes the report, if the file can be opened,
-    /// and forgets the samples. Without a Start it counts below 0, so that the next Start is spent
-    /// on making up for it.
+    /// and forgets the samples. One Stop too many counts below 0: from then on no balanced pair
+    /// logs again, until a Start without its Stop makes up for it.
     void StopAndProduceReport();
     /// Adds a sample; drops it, uncounted, outside a period. In a full buffer the last record
     /// always holds the latest sample. The report leaves that record out, and samples of a
@@ -74,6 +74,7 @@ class KITBAG_API PerformanceLogger : public PerformanceTimer {
 
     TWinString<char> name_;
 
+    // Public between private fields: the order of all of them is part of the interface.
  public:
     /// The two settings; a change takes effect at the next Start.
     BooleanValue Enable;

@@ -10,7 +10,8 @@ constexpr unsigned long long kMicrosecondsPerSecond = 1000000;
 
 PerformanceTimer::PerformanceTimer() {
     LARGE_INTEGER frequency = {};
-    isHighResolution_ = ::QueryPerformanceFrequency(&frequency);
+    // A counter that never counts is none, whatever the answer says.
+    isHighResolution_ = ::QueryPerformanceFrequency(&frequency) && frequency.QuadPart != 0;
     frequency_ = frequency.QuadPart;
 }
 

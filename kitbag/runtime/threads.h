@@ -15,8 +15,11 @@
 // WaitForFinish, IsActive and TriggerEvent as well. Nothing is locked, and no operation reports a
 // failure: a thread that could not be created looks like one that never finishes.
 //
+// An exception that leaves the thread's work ends the process.
+//
 // Copies hold the same handles, none is duplicated, and every object closes what it holds. The
-// handles are therefore plain fields and have no owner object each.
+// handles are therefore plain fields and have no owner object each. Never start a copy again, or an
+// original that has copies: that closes the handle under the others.
 #pragma once
 
 #include <kitbag/frame/export.h>

@@ -1,4 +1,3 @@
-#include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/owned.h>
 #include <kitbag/system/link_time.h>
 
@@ -40,18 +39,6 @@ std::optional<DWORD> LinkTime(const char* file) {
         !Seek(module, offsetof(IMAGE_FILE_HEADER, TimeDateStamp), FILE_CURRENT))
         return std::nullopt;
     return ReadField(module);
-}
-
-std::optional<FILETIME> LinkFileTime(const char* file) {
-    const auto seconds = LinkTime(file);
-    if (!seconds) return std::nullopt;
-    ULARGE_INTEGER time;
-    time.QuadPart = *seconds * 10'000'000ull + 116444736000000000ull;
-    return FILETIME{time.LowPart, time.HighPart};
-}
-
-std::optional<FILETIME> LinkFileTime(HMODULE module) {
-    return LinkFileTime(ModuleFile<char>(module).c_str());
 }
 
 }  // namespace kitbag

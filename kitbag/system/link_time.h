@@ -11,8 +11,4 @@ namespace kitbag {
 /// where the file is not a module or ends within its header.
 std::optional<DWORD> LinkTime(const char* file);
 
-/// The same as a file time.
-std::optional<FILETIME> LinkFileTime(const char* file);
-std::optional<FILETIME> LinkFileTime(HMODULE module);
-
 }  // namespace kitbag

@@ -15,6 +15,8 @@ namespace {
 constexpr char kVersionKey[] = "Software\\Tarnwick\\Vidmoor\\Version";
 constexpr char kRunOnceKey[] = "Software\\Tarnwick\\Vidmoor\\RunOnce";
 
+/// Full access even where a value is only read: what may not be changed counts as missing, for an
+/// application that cannot write there cannot keep track either.
 RegistryKey OpenFully(const char* path) {
     return OpenedKey(HKEY_LOCAL_MACHINE, path, KEY_ALL_ACCESS);
 }

@@ -1,14 +1,12 @@
+#include <comdef.h>
 #include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/guard.h>
-#include <kitbag/frame/owned.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/frame/text_form.h>
 #include <kitbag/frame/win_string.h>
 #include <kitbag/system/module_version.h>
-#include <oleauto.h>
 
 #include <cstring>
-#include <new>
 #include <string>
 
 using kitbag::Guarded;
@@ -29,10 +27,13 @@ const T* Find(const BYTE* block, const char* path, std::size_t bytes) {
     return static_cast<const T*>(found);
 }
 
-std::unique_ptr<BYTE[]> ReadBlock(const char* file) {
+/// The bytes that a file's version block takes; 0 where it has none.
+DWORD BlockSize(const char* file) {
     DWORD ignored = 0;
-    const DWORD size = file ? ::GetFileVersionInfoSizeA(file, &ignored) : 0;
-    if (size == 0) return nullptr;
+    return file ? ::GetFileVersionInfoSizeA(file, &ignored) : 0;
+}
+
+std::unique_ptr<BYTE[]> ReadBlock(const char* file, DWORD size) {
     auto block = std::make_unique<BYTE[]>(size);
     return ::GetFileVersionInfoA(file, 0, size, block.get()) ? std::move(block) : nullptr;
 }
@@ -48,11 +49,13 @@ bool CModuleVersion::Read() {
     return Guarded([&] {
         VS_FIXEDFILEINFO& fixed = *this;
         fixed = {};
-        translation_.codePage = kWesternCodePage;
+        const DWORD size = BlockSize(file_);
+        if (size == 0) return false;
 
+        translation_.codePage = kWesternCodePage;
         // Lost, not freed: callers may hold texts that an earlier call has read.
         static_cast<void>(block_.release());
-        block_ = ReadBlock(file_);
+        block_ = ReadBlock(file_, size);
         if (!block_) return false;
         const auto* stored = Find<VS_FIXEDFILEINFO>(block_.get(), "\\", sizeof fixed);
         if (!stored) return false;
@@ -104,18 +107,7 @@ std::string ComputerName() {
     return ::GetComputerNameA(name, &size) ? std::string(name, size) : std::string();
 }
 
-struct BstrPolicy {
-    using Handle = BSTR;
-    static Handle None() { return nullptr; }
-    static void Close(BSTR text) { ::SysFreeString(text); }
-};
-using Bstr = Owned<BstrPolicy>;
-
-Bstr NewBstr(const char* text) {
-    Bstr created(::SysAllocString(ToWide(text).c_str()));
-    if (!created) throw std::bad_alloc();
-    return created;
-}
+_bstr_t ToBstr(const char* text) { return {ToWide(text).c_str()}; }
 
 bool FillModuleInfo(ModuleInfo* record, HMODULE module, const char* moduleName,
                     const void* firstBlock, const void* secondBlock) {
@@ -124,16 +116,17 @@ bool FillModuleInfo(ModuleInfo* record, HMODULE module, const char* moduleName,
         ::IsBadReadPtr(secondBlock, sizeof record->secondBlock))
         return false;
 
+    // The record is filled once all of it is there: where memory runs out it stays as it was.
+    _bstr_t name = ToBstr(moduleName);
+    _bstr_t computer = ToBstr(ComputerName().c_str());
     const std::string file = ModuleFile<char>(module);
+    _bstr_t path = ToBstr(file.c_str());
     CModuleVersion version(file.c_str());
     const bool hasVersion = version.Read();
-    Bstr name = NewBstr(moduleName);
-    Bstr computer = NewBstr(ComputerName().c_str());
-    Bstr path = NewBstr(file.c_str());
 
-    record->moduleName = name.Release();
-    record->computerName = computer.Release();
-    record->filePath = path.Release();
+    record->moduleName = name.Detach();
+    record->computerName = computer.Detach();
+    record->filePath = path.Detach();
     record->productVersionMS = hasVersion ? version.dwProductVersionMS : 0;
     record->productVersionLS = hasVersion ? version.dwProductVersionLS : 0;
     std::memcpy(record->firstBlock, firstBlock, sizeof record->firstBlock);

@@ -31,8 +31,9 @@ class KITBAG_API CModuleVersion : public VS_FIXEDFILEINFO {
     /// page are those of the first entry of the resource's translation table, or 0 and 1252 where
     /// there is none.
     ///
-    /// Meant to be called once: what a first call has read is lost by a second one and stays
-    /// allocated, since callers may hold texts in it.
+    /// Meant to be called once: a second call clears the fixed information, and what the first one
+    /// has read is lost and stays allocated, since callers may hold texts in it. Where the file has
+    /// no version resource any more, the strings of the first call can still be asked for.
     bool Read();
 
     /// The string with this name ("CompanyName") in the resource's language; null where there is

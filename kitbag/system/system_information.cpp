@@ -97,9 +97,8 @@ DWORD MeasureCpuSpeed() {
 }
 
 int CpuSpeedOnNt() {
-    RegistryKey processor;
-    if (OpenKey(HKEY_LOCAL_MACHINE, "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0", KEY_READ,
-                processor.Receive()) == ERROR_SUCCESS) {
+    constexpr char path[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
+    if (const RegistryKey processor = OpenedKey(HKEY_LOCAL_MACHINE, path, KEY_READ)) {
         int stored = 0;
         DWORD bytes = sizeof stored;
         // The outcome is taken the other way round: callers rely on a known speed being measured

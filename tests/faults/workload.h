@@ -1,19 +1,45 @@
-// Everything that the library offers, called once.
+// Everything that the library offers, called once, for tests that make the system fail meanwhile.
+//
+// A new function gets a line with what it needs in order to succeed, behind the calls that make it
+// so. Arguments that are missing are made up: numbers and texts of '?', and places for output,
+// which must be untouched where it answers false.
+//
+//     With(section, "Value"_t)(KB_SetBoolA, KB_GetBoolA);  // the number, and the place for it
+//     Noted("AddPage", factory->AddPage(name, nullptr));   // a method
+//
+// The test Workload.CallsEveryExportAndSucceeds names what is missing.
 #pragma once
 
 #include <kitbag/kitbag.h>
+#include <tests/faults/exported_functions.h>
 #include <tests/pages/doubles.h>
 #include <tests/support/temporary_folder.h>
 
+#include <map>
 #include <tuple>
 
 namespace kitbag::test {
+
+/// Whether all calls since the start of the workload succeeded, by name.
+inline std::map<std::string, bool> succeeded;
+
+template <class Answer>
+Answer Noted(const std::string& name, Answer answer) {
+    const bool isSuccess = std::is_same_v<Answer, HRESULT> ? SUCCEEDED(answer) : answer != Answer();
+    const auto [noted, isFirst] = succeeded.emplace(name, isSuccess);
+    noted->second &= isSuccess;
+    return answer;
+}
 
 template <class Value>
 const Value kSome = Value('?');
 template <class Value>
 requires std::is_class_v<Value>
 const Value kSome<Value> = Value(40, '?');
+/// Where a BSTR is handed out there must have been one.
+inline wchar_t someText[] = L"?";
+template <>
+inline const BSTR kSome<BSTR> = someText;
 
 /// An argument for a parameter of any type: a value, or a place for output, text and BSTRs too.
 template <class Parameter>
@@ -43,9 +69,10 @@ bool Call(Answer function(Parameters...), Given&... given) {
         EXPECT_TRUE(answered || made.IsUntouched());
         return answered;
     } else if constexpr (std::is_void_v<Answer>) {
-        return function(given...), true;
+        function(given...);
+        return Noted(NameOf(function), true);
     } else {
-        return function(given...);
+        return Noted(NameOf(function), function(given...)) != Answer();
     }
 }
 
@@ -66,8 +93,11 @@ void UseRegistry() {
     With(parent, 0u)(Exports<Ch>::EnumKey, Exports<Ch>::EnumKeyTString);
     With(section, 0u)(Exports<Ch>::EnumValue, Exports<Ch>::EnumValueTString);
     With(parent, Text<Ch>())(Exports<Ch>::DumpRegistry);
-    With(section, "Value"_t)(Exports<Ch>::DeleteValue, Exports<Ch>::DeleteKey);
-    With(parent)(Exports<Ch>::GetKeyCount, Exports<Ch>::GetValueCount, Exports<Ch>::DeleteSection);
+    With(parent)(Exports<Ch>::GetKeyCount);
+    With(section)(Exports<Ch>::GetValueCount);
+    With(section, "Value"_t)(Exports<Ch>::DeleteValue);
+    With(parent, "Section"_t)(Exports<Ch>::DeleteKey);
+    With(parent)(Exports<Ch>::DeleteSection);
 }
 
 template <class Ch>
@@ -78,11 +108,12 @@ void UseFiles() {
     With(folder.In("made/on/the/way/").c_str())(Exports<Ch>::CreatePath);
     With(folder.In("file").c_str(), folder.In("made/copy").c_str())(Exports<Ch>::CopyFileDeep);
     With(folder.In("made").c_str())(Exports<Ch>::DeleteDirectory);
-    KB_FileCRC((folder / "file").string().c_str());
+    With((folder / "file").string().c_str())(KB_FileCRC);
     With(folder.In("link.lnk").c_str(), Argument<Ch*>(), Argument<Ch*>())(Exports<Ch>::GetLinkInfo);
-    With()(Exports<Ch>::ValidateFilename, Exports<Ch>::ValidatePath,
-           Exports<Ch>::ValidateComputerName, Exports<Ch>::SetIErrorInfo,
-           Exports<Ch>::BrowseForFolder);
+    Text<Ch> name("Name"_t);
+    With(name.data())(Exports<Ch>::ValidateFilename, Exports<Ch>::ValidatePath,
+                      Exports<Ch>::ValidateComputerName);
+    With()(Exports<Ch>::SetIErrorInfo, Exports<Ch>::BrowseForFolder);
     With("C:\\windows\\system32\\shell32.dll"_t)(Exports<Ch>::LocalToUNC,
                                                  Exports<Ch>::GetModuleVersion);
     With("\\\\computer\\share\\file"_t, Argument<Ch*>())(Exports<Ch>::UNCToLocal);
@@ -93,22 +124,28 @@ void UseFiles() {
 }
 
 inline void UseSystem() {
+    ::RegSetValueA(HKEY_LOCAL_MACHINE, "Software\\Tarnwick\\Vidmoor\\RunOnce", REG_SZ, "", 0);
     With()(KB_IsNT, KB_IsInteractiveSession, KB_IsFirstRun, KB_GetCPUSpeed, KB_GetCPUSpeedNT,
            KB_GetCPUSpeedCalculated, KB_MemCRC);
-    for (const auto describe : {KB_GetVendorString, KB_GetSystemDescription}) std::free(describe());
+    for (const auto describe : {KB_GetVendorString, KB_GetSystemDescription})
+        std::free(Noted(NameOf(describe), describe()));
     With('D')(KB_EjectVolume);
-    With(HMODULE{})(KB_GetMemModuleVersion);
+    With(::GetModuleHandleA("kernel32"))(KB_GetMemModuleVersion);
     const char* const file = "C:\\windows\\system32\\shell32.dll";
+    With(file, "Faults")(KB_IsNewModule);
     With(file, "Faults", Argument<DWORD*>(), Argument<DWORD*>())(KB_GetStoredLinkTime);
-    With(file, "Faults")(KB_IsNewModule, KB_IsNewerModule, KB_ForceNewModule);
+    With(file, "Faults", MAXDWORD)(KB_IsNewerModule);
+    With(file, "Faults")(KB_ForceNewModule);
     CModuleVersion version(file);
-    if (version.Read()) version.GetStringValue("CompanyName");
+    if (Noted("CModuleVersion::Read", version.Read())) version.GetStringValue("CompanyName");
     ModuleInfo info{sizeof info, {}, {}, {}, {}, {}, {}, {}};
-    KB_FillModuleInfo(&info, nullptr, "Name", file, file);
+    With(&info, HMODULE{}, "Name", file, file)(KB_FillModuleInfo);
     for (BSTR name : {info.moduleName, info.computerName, info.filePath}) ::SysFreeString(name);
     ComPtr<IStream> stream;
     ::CreateStreamOnHGlobal(nullptr, TRUE, &stream);
-    KB_IStreamCRC(stream.Get());
+    stream->Write(file, 10, nullptr);
+    stream->Seek({}, STREAM_SEEK_SET, nullptr);
+    With(stream.Get())(KB_IStreamCRC);
 }
 
 /// One process at a time has its turn.
@@ -153,10 +190,10 @@ struct Worker : EventThread {
 
 inline void UseRuntime() {
     Worker worker;
-    worker.Start(THREAD_PRIORITY_NORMAL, 1);
+    Noted("Start", worker.Start(THREAD_PRIORITY_NORMAL, 1));
     worker.TriggerEvent();
     worker.Stop();
-    TimeDelayAction().DoAction(1);
+    Noted("DoAction", TimeDelayAction().DoAction(1));
     KB_SetBoolA("Debug\\Performance", "Faults Enable", true);
     PerformanceLogger logger("Faults", "");
     TimePerformanceMeasurement time(logger, "Time", "", 0, "");
@@ -166,24 +203,43 @@ inline void UseRuntime() {
     logger.StopAndProduceReport();
 }
 
+/// A function of a COM server's, which programs find by name.
+template <class... Parameters>
+void CallServer(const char* name, Parameters... arguments) {
+    const auto function = reinterpret_cast<HRESULT(WINAPI*)(Parameters...)>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA("Kitbag.dll"), name)));
+    Noted(name, function(arguments...));
+}
+
 inline void UsePages() {
-    for (const char* name : {"DllRegisterServer", "DllUnregisterServer"})
-        ::GetProcAddress(::GetModuleHandleA("Kitbag.dll"), name)();
+    CallServer("DllRegisterServer");
+    CallServer("DllUnregisterServer");
+    ComPtr<IClassFactory> classFactory;
+    CallServer<REFCLSID, REFIID, void**>("DllGetClassObject", CLSID_KivPageFactory,
+                                         IID_IClassFactory, &classFactory);
+    CallServer("DllCanUnloadNow");
     GraphicClass graphics;
     UserInterface userInterface;
-    userInterface.create = [](auto...) { return E_FAIL; };
+    userInterface.create = [&](IKivPageOwner*, IKivPageFactory*, LONG, IUnknown** page) {
+        return graphics.graphics.QueryInterface(IID_PPV_ARGS(page));
+    };
     DWORD cookie = 0;
     ::CoRegisterClassObject(CLSID_KivGraphicFactory, &graphics, CLSCTX_INPROC_SERVER,
                             REGCLS_MULTIPLEUSE, &cookie);
-    KB_CreateGraphicFactory(ComPtr<IKivGraphicFactory>().GetAddressOf());
+    With(ComPtr<IKivGraphicFactory>().GetAddressOf())(KB_CreateGraphicFactory);
     ComPtr<IKivPageFactory> factory;
-    if (KB_CreateKivPageFactory(&factory)) {
-        factory->AddPage(_bstr_t(L"Main.page"), nullptr);
+    With(factory.GetAddressOf())(KB_CreateKivPageFactory);
+    if (factory) {
+        Noted("AddPage", factory->AddPage(_bstr_t(L"Main.page"), nullptr));
+        Noted("GetScript", factory->GetScript(0, ComPtr<IUnknown>().GetAddressOf()));
+        Noted("GetScriptImage",
+              factory->GetScriptImage(0, _bstr_t(L"image.gif"), ComPtr<IUnknown>().GetAddressOf()));
+        Noted("CreatePage",
+              factory->CreatePage(0, &userInterface, nullptr, ComPtr<IUnknown>().GetAddressOf()));
+        Noted("LoadResourceString", factory->LoadResourceString(0, 101, _bstr_t().GetAddress()));
+        Noted("GetTypeInfo",
+              factory->GetTypeInfo(0, LOCALE_USER_DEFAULT, ComPtr<ITypeInfo>().GetAddressOf()));
         factory->CreatePage(-1, &userInterface, nullptr, nullptr);
-        factory->GetScript(0, ComPtr<IUnknown>().GetAddressOf());
-        factory->GetScriptImage(0, _bstr_t(L"image.gif"), ComPtr<IUnknown>().GetAddressOf());
-        factory->LoadResourceString(0, 101, _bstr_t().GetAddress());
-        factory->GetTypeInfo(0, LOCALE_USER_DEFAULT, ComPtr<ITypeInfo>().GetAddressOf());
     }
     ::CoRevokeClassObject(cookie);
 }
@@ -191,6 +247,7 @@ inline void UsePages() {
 /// Calls every exported function and drives the classes; whatever fails meanwhile, outputs that a
 /// failed call promises to leave alone are checked. Leaves nothing open.
 inline void RunWorkload() {
+    succeeded.clear();
     const Com com;
     for (const auto use : {UseRegistry<char>, UseRegistry<wchar_t>, UseFiles<char>,
                            UseFiles<wchar_t>, UseSystem, UseWhatAllProcessesShare, UsePages})
