@@ -25,7 +25,7 @@ ShareList<Ch> Converted(ShareList<From> shares) {
     } else {
         ShareList<Ch> converted;
         for (const Share<From>& share : shares)
-            converted.insert({Converted<Ch>(share.name), Converted<Ch>(share.path), share.access});
+            converted.insert({Converted<Ch>(share.name), Converted<Ch>(share.path)});
         return converted;
     }
 }

@@ -33,9 +33,7 @@ bool AddDiskShares(std::span<const share_info_50> entries, ShareList<char>& shar
         // unlike structured exceptions, every compiler has it.
         if (::IsBadStringPtrA(entry.shi50_path, MAX_PATH)) return false;
         shares.insert({TextIn(entry.shi50_netname, sizeof entry.shi50_netname),
-                       TextIn(entry.shi50_path, MAX_PATH),
-                       (entry.shi50_flags & SHI50F_FULL) ? Share<char>::kRead | Share<char>::kWrite
-                                                         : Share<char>::kRead});
+                       TextIn(entry.shi50_path, MAX_PATH)});
     }
     return true;
 }

@@ -40,9 +40,7 @@ void AddDiskShares(std::span<const SHARE_INFO_502> entries, ShareList<wchar_t>& 
     for (const SHARE_INFO_502& entry : entries) {
         // Compared as a whole: shares for administration carry a bit more.
         if (entry.shi502_type == STYPE_DISKTREE)
-            shares.insert(
-                {entry.shi502_netname, entry.shi502_path,
-                 entry.shi502_permissions & (Share<wchar_t>::kRead | Share<wchar_t>::kWrite)});
+            shares.insert({entry.shi502_netname, entry.shi502_path});
     }
 }
 

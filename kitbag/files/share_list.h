@@ -1,8 +1,6 @@
 // The disk shares of a computer, the most specific one first.
 #pragma once
 
-#include <windows.h>
-
 #include <set>
 #include <string>
 
@@ -11,12 +9,8 @@ namespace kitbag {
 /// A folder that the computer shares with its network.
 template <class Ch>
 struct Share {
-    static constexpr DWORD kRead = 1;
-    static constexpr DWORD kWrite = 2;
-
     std::basic_string<Ch> name;
     std::basic_string<Ch> path;
-    DWORD access;
 };
 
 /// Longer paths come first, equally long ones in plain character order: of several shares that
