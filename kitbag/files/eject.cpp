@@ -1,15 +1,12 @@
 #include <kitbag/files/eject.h>
 #include <kitbag/files/eject_ways.h>
 #include <kitbag/frame/guard.h>
+#include <kitbag/frame/path_text.h>
 #include <kitbag/system/system_information.h>
 
 namespace kitbag {
 
 namespace {
-
-bool IsDriveLetter(char letter) {
-    return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
-}
 
 bool EjectVolume(char letter) {
     return IsDriveLetter(letter) && (KB_IsNT() ? EjectOnNt(letter) : EjectOn9x(letter));

@@ -1,8 +1,9 @@
 #include <kitbag/files/file_names.h>
 #include <kitbag/frame/guard.h>
-#include <kitbag/frame/text_form.h>
+#include <kitbag/frame/path_text.h>
 
 #include <algorithm>
+#include <span>
 #include <string_view>
 
 namespace kitbag {
@@ -29,19 +30,19 @@ constexpr std::basic_string_view<Ch> kComputerNameCharacters = KITBAG_TEXT(
 // Callers rely on names of 15 characters, the system's own limit, being refused.
 constexpr std::size_t kComputerNameLimit = 14;
 
+/// Whether only the last component of the name is to be checked.
 template <class Ch>
-bool BeginsAsUnc(const Ch* name) {
-    return name[0] == '\\' && name[1] == '\\';
+bool IsPath(std::basic_string_view<Ch> name) {
+    return BeginsAsUnc(name) || name.substr(CharacterSize(name)).starts_with(Ch{':'});
 }
 
 /// Where the part of a name that is to be checked begins.
 template <class Ch>
-Ch* ComponentOf(Ch* name, bool isPath) {
-    if (!isPath && name[1] != ':' && !BeginsAsUnc(name)) return name;
-    const std::basic_string_view<Ch> text(name);
-    std::size_t separator = text.rfind('\\');
-    if (separator == text.npos) separator = text.rfind('/');
-    return separator == text.npos ? name : name + separator + 1;
+std::size_t ComponentOf(std::basic_string_view<Ch> name, bool isPath) {
+    if (!isPath && !IsPath(name)) return 0;
+    std::size_t separator = FindLastOf<Ch>(name, KITBAG_TEXT(Ch, "\\"));
+    if (separator == name.npos) separator = FindLastOf<Ch>(name, KITBAG_TEXT(Ch, "/"));
+    return separator + 1;  // 0 behind none
 }
 
 /// Whether a character that may be invalid is acceptable afterwards.
@@ -61,15 +62,19 @@ bool IsInvalid(Ch character) {
     return kInvalidCharacters<Ch>.find(character) != kInvalidCharacters<Ch>.npos;
 }
 
+/// Whether every character of the component is acceptable afterwards. A character of two bytes is
+/// known by its lead byte, which is none of those that are looked for.
 template <class Ch>
-Ch UpperCase(Ch character) {
-    return character >= 'a' && character <= 'z' ? static_cast<Ch>(character - 'a' + 'A')
-                                                : character;
+bool SettleAll(std::span<Ch> component, bool repair) {
+    const std::basic_string_view<Ch> text(component.data(), component.size());
+    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at)))
+        if (!Settle(component[at], IsInvalid(component[at]), repair)) return false;
+    return true;
 }
 
 template <class Ch>
 bool IsDeviceName(std::basic_string_view<Ch> component) {
-    const auto base = component.substr(0, component.find('.'));
+    const auto base = component.substr(0, FindFirstOf<Ch>(component, KITBAG_TEXT(Ch, ".")));
     return std::ranges::any_of(kDeviceNames, [&](std::string_view device) {
         return std::ranges::equal(base, device, {}, UpperCase<Ch>);
     });
@@ -78,21 +83,22 @@ bool IsDeviceName(std::basic_string_view<Ch> component) {
 template <class Ch>
 bool ValidateFilename(Ch* name, bool repair, bool isPath) {
     if (Length(name) == 0) return false;
-    Ch* const first = ComponentOf(name, isPath);
-    Ch* const end = first + Length(first);
-    if (first == end) return true;
-    return Settle(*first, IsBlankOrDot(*first), repair) &&
-           Settle(end[-1], IsBlankOrDot(end[-1]), repair) &&
-           std::all_of(first, end, [&](Ch& c) { return Settle(c, IsInvalid(c), repair); }) &&
-           !IsDeviceName<Ch>({first, end});
+    const std::span<Ch> component =
+        std::span(name, Length(name)).subspan(ComponentOf<Ch>(name, isPath));
+    if (component.empty()) return true;
+    const std::basic_string_view<Ch> text(component.data(), component.size());
+    Ch& first = component.front();
+    Ch& last = component[LastCharacter(text)];
+    return Settle(first, IsBlankOrDot(first), repair) && Settle(last, IsBlankOrDot(last), repair) &&
+           SettleAll(component, repair) && !IsDeviceName(text);
 }
 
 template <class Ch>
 bool ValidateComputerName(const Ch* name) {
     if (!name) return false;
-    if (BeginsAsUnc(name)) name += 2;
-    const std::basic_string_view<Ch> text(name);
-    const auto host = text.substr(0, text.find('\\'));
+    std::basic_string_view<Ch> host(name);
+    if (BeginsAsUnc(host)) host.remove_prefix(2);
+    host = host.substr(0, FindFirstOf<Ch>(host, KITBAG_TEXT(Ch, "\\")));
     return !host.empty() && host.size() <= kComputerNameLimit &&
            host.find_first_not_of(kComputerNameCharacters<Ch>) == host.npos;
 }

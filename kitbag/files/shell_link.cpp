@@ -1,7 +1,6 @@
 #include <kitbag/files/shell_link.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_conversion.h>
-#include <kitbag/frame/text_form.h>
 #include <shlobj.h>
 #include <wrl/client.h>
 
@@ -13,22 +12,28 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// What STGM_READ stands for; clang-tidy rejects the spelling inside that macro.
+// STGM_READ; clang-tidy rejects the spelling inside that macro.
 constexpr DWORD kRead = 0;
 
-bool ReadLink(const wchar_t* file, char* target, char* description) {
+// A target that was moved is searched for, and nothing is shown to the user meanwhile. The upper
+// half of the flags, a limit for the search, stays 0: the system's own limit of 3 seconds.
+constexpr DWORD kSearchUnseen = DWORD{SLR_NO_UI} | DWORD{SLR_ANY_MATCH};
+
+std::wstring NameOf(const char* linkFile) { return ToWide(linkFile); }
+std::wstring NameOf(const wchar_t* linkFile) { return linkFile; }
+
+/// Both text forms read the link in 8-bit text: the 16-bit form's callers take its buffers for
+/// such.
+bool ReadLink(const std::wstring& file, char* target, char* description) {
     ComPtr<IShellLinkA> link;
     ComPtr<IPersistFile> storage;
     return SUCCEEDED(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
                                         IID_PPV_ARGS(link.GetAddressOf()))) &&
-           SUCCEEDED(link.As(&storage)) && SUCCEEDED(storage->Load(file, kRead)) &&
-           SUCCEEDED(link->Resolve(::GetFocus(), SLR_NO_UI | SLR_ANY_MATCH)) &&
+           SUCCEEDED(link.As(&storage)) && SUCCEEDED(storage->Load(file.c_str(), kRead)) &&
+           SUCCEEDED(link->Resolve(::GetFocus(), kSearchUnseen)) &&
+           // The short form is for programs that know no long names.
            SUCCEEDED(link->GetPath(target, MAX_PATH, nullptr, SLGP_SHORTPATH)) &&
            (!description || SUCCEEDED(link->GetDescription(description, MAX_PATH)));
-}
-
-bool ReadLink(const char* file, char* target, char* description) {
-    return ReadLink(ToWide(file).c_str(), target, description);
 }
 
 template <class Ch>
@@ -36,10 +41,10 @@ bool GetLinkInfo(const Ch* linkFile, Ch* target, Ch* description) {
     if (!target) return false;
     *target = Ch{};
     if (description) *description = Ch{};
-    if (!linkFile || Length(linkFile) >= MAX_PATH) return false;
-    // The 16-bit form's buffers receive 8-bit text: its callers read it as such.
-    return ReadLink(linkFile, reinterpret_cast<char*>(target),
-                    reinterpret_cast<char*>(description));
+    if (!linkFile) return false;
+    const std::wstring file = NameOf(linkFile);
+    return file.size() < MAX_PATH &&
+           ReadLink(file, reinterpret_cast<char*>(target), reinterpret_cast<char*>(description));
 }
 
 }  // namespace

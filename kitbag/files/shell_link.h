@@ -8,8 +8,11 @@
 /// without showing anything to the user.
 ///
 /// True where every step succeeded; otherwise the buffers hold empty texts, or what was read so
-/// far. A link file of 260 characters or more gives false. The caller has initialised COM on its
-/// thread.
+/// far. A null name, one of 260 characters or more and a null target give false. The caller has
+/// initialised COM on its thread.
+///
+/// A link that leads to no file (to a printer or the control panel, say) is read, too: true, with
+/// an empty target.
 ///
 /// Beware: the W form, too, writes 8-bit text in the ANSI code page, into the 16-bit buffers. Its
 /// callers read them as char.

@@ -2,8 +2,9 @@
 #include <kitbag/files/unc_translation.h>
 #include <kitbag/frame/debug_trace.h>
 #include <kitbag/frame/guard.h>
-#include <kitbag/frame/text_form.h>
+#include <kitbag/frame/path_text.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -15,7 +16,11 @@ template <class Ch>
 using View = std::basic_string_view<Ch>;
 
 void ToUpper(std::string& text) { ::CharUpperBuffA(text.data(), static_cast<DWORD>(text.size())); }
-void ToUpper(std::wstring& text) { ::CharUpperBuffW(text.data(), static_cast<DWORD>(text.size())); }
+void ToUpper(std::wstring& text) {
+    // On Windows 9x the function does nothing and answers 0.
+    if (::CharUpperBuffW(text.data(), static_cast<DWORD>(text.size())) == 0)
+        std::ranges::transform(text, text.begin(), UpperCase<wchar_t>);
+}
 
 /// A text whose beginning is compared without regard to case, over the other text's own length.
 template <class Ch>
@@ -23,12 +28,13 @@ class CaselessText {
  public:
     explicit CaselessText(View<Ch> text) : text_(text) { ToUpper(text_); }
 
-    /// Whether the text from the position on begins with the prefix.
+    /// Whether the text from the position on begins with the prefix, to the end of a character.
     bool BeginsWith(View<Ch> prefix, std::size_t position = 0) {
-        if (prefix.size() > text_.size() - position) return false;
+        const View<Ch> rest = View<Ch>(text_).substr(position);
+        if (prefix.size() > rest.size()) return false;
         prefix_ = prefix;
         ToUpper(prefix_);
-        return text_.compare(position, prefix_.size(), prefix_) == 0;
+        return rest.starts_with(prefix_) && IsCharacterEdge(rest, prefix_.size());
     }
 
  private:
@@ -90,7 +96,7 @@ DWORD LocalToUnc(const Ch* localPath, Ch* buffer, DWORD size) {
 
         std::basic_string<Ch> name = KITBAG_TEXT(Ch, "\\\\") + *computer + kBackslash<Ch>;
         name += share.name;
-        if (share.path.ends_with(kBackslash<Ch>)) name += kBackslash<Ch>;
+        if (EndsWithBackslash<Ch>(share.path)) name += kBackslash<Ch>;
         name += path.substr(share.path.size());
         return Write(name, buffer, size);
     }
@@ -102,7 +108,7 @@ DWORD LocalToUnc(const Ch* localPath, Ch* buffer, DWORD size) {
 /// where the name is another's or malformed.
 template <class Ch>
 std::optional<View<Ch>> ShareAndTail(View<Ch> name) {
-    if (!name.starts_with(KITBAG_TEXT(Ch, "\\\\"))) {
+    if (!BeginsAsUnc(name)) {
         DebugTrace("UNCToLocal: Invalid UNC name (no double opening back slashes)\n");
         return std::nullopt;
     }
@@ -148,7 +154,7 @@ DWORD UncToLocal(const Ch* uncName, Ch* buffer, DWORD size) {
         if (!Fits("UNCToLocal", share.path.size() + rest.size(), size)) continue;
 
         // The rest brings its own separator.
-        if (!rest.empty() && share.path.ends_with(kBackslash<Ch>)) rest.remove_prefix(1);
+        if (!rest.empty() && EndsWithBackslash<Ch>(share.path)) rest.remove_prefix(1);
         return Write(share.path + std::basic_string<Ch>(rest), buffer, size);
     }
     DebugTrace("UNCToLocal: No network share found for given local path\n");

@@ -13,7 +13,11 @@ namespace kitbag {
 /// The code units of the character that begins here. A lead byte without its second byte stands
 /// alone, as it does for the system.
 inline std::size_t CharacterSize(std::string_view text) {
-    return text.size() > 1 && ::IsDBCSLeadByte(static_cast<BYTE>(text.front())) ? 2 : 1;
+    if (text.size() < 2) return 1;
+    const auto first = static_cast<BYTE>(text.front());
+    // ASCII is not asked for, which most texts are made of: no code page has it among the lead
+    // bytes.
+    return first >= 0x80 && ::IsDBCSLeadByte(first) ? 2 : 1;
 }
 inline std::size_t CharacterSize(std::wstring_view) { return 1; }
 
@@ -33,6 +37,13 @@ std::size_t FindLastOf(std::basic_string_view<Ch> text, std::basic_string_view<C
     return last;
 }
 
+template <class Ch>
+std::size_t CountCharacters(std::basic_string_view<Ch> text) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at))) ++count;
+    return count;
+}
+
 /// Where the last character of the text begins; npos in an empty text.
 template <class Ch>
 std::size_t LastCharacter(std::basic_string_view<Ch> text) {
@@ -41,9 +52,23 @@ std::size_t LastCharacter(std::basic_string_view<Ch> text) {
     return last;
 }
 
+/// Whether this place lies between two characters or at an end of the text.
+template <class Ch>
+bool IsCharacterEdge(std::basic_string_view<Ch> text, std::size_t place) {
+    std::size_t at = 0;
+    while (at < place) at += CharacterSize(text.substr(at));
+    return at == place;
+}
+
 template <class Ch>
 bool EndsWithBackslash(std::basic_string_view<Ch> text) {
     return text.ends_with(Ch{'\\'}) && LastCharacter(text) == text.size() - 1;
+}
+
+/// An ASCII letter in upper case; any other code unit as it is.
+template <class Ch>
+constexpr Ch UpperCase(Ch unit) {
+    return unit >= 'a' && unit <= 'z' ? static_cast<Ch>(unit - 'a' + 'A') : unit;
 }
 
 }  // namespace kitbag
