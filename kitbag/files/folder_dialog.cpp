@@ -20,21 +20,19 @@ struct FreeByShell {
 };
 using ItemList = std::unique_ptr<ITEMIDLIST, FreeByShell>;
 
-ITEMIDLIST* ShowDialog(BROWSEINFOA& dialog) { return ::SHBrowseForFolderA(&dialog); }
-ITEMIDLIST* ShowDialog(BROWSEINFOW& dialog) { return ::SHBrowseForFolderW(&dialog); }
-
-BOOL PathOf(const ITEMIDLIST* items, char* path) { return ::SHGetPathFromIDListA(items, path); }
-BOOL PathOf(const ITEMIDLIST* items, wchar_t* path) { return ::SHGetPathFromIDListW(items, path); }
-
-void Send(HWND dialog, UINT message, WPARAM flag, const char* text) {
-    ::SendMessageA(dialog, message, flag, reinterpret_cast<LPARAM>(text));
-}
-void Send(HWND dialog, UINT message, WPARAM flag, const wchar_t* text) {
-    ::SendMessageW(dialog, message, flag, reinterpret_cast<LPARAM>(text));
+template <class Ch>
+BOOL PathOf(const ITEMIDLIST* items, Ch* path) {
+    return PickForm<Ch>(::SHGetPathFromIDListA, ::SHGetPathFromIDListW)(items, path);
 }
 
 // The 16-bit form sends its 16-bit text with the 8-bit message codes, too; the pairing is part of
 // the function's contract.
+
+template <class Ch>
+void Send(HWND dialog, UINT message, WPARAM flag, const Ch* text) {
+    PickForm<Ch>(::SendMessageA, ::SendMessageW)(dialog, message, flag,
+                                                 reinterpret_cast<LPARAM>(text));
+}
 
 template <class Ch>
 void SelectFolder(HWND dialog, const Ch* initialPath) {
@@ -76,7 +74,8 @@ bool BrowseForFolder(Ch* path, const Ch* title) {
     dialog.ulFlags = BIF_RETURNONLYFSDIRS | BIF_STATUSTEXT;
     dialog.lpfn = OnDialogEvent<Ch>;
     dialog.lParam = reinterpret_cast<LPARAM>(path);
-    const ItemList chosen(ShowDialog(dialog), {allocator.Get()});
+    const ItemList chosen(PickForm<Ch>(::SHBrowseForFolderA, ::SHBrowseForFolderW)(&dialog),
+                          {allocator.Get()});
     return chosen && PathOf(chosen.get(), path);
 }
 

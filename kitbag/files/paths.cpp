@@ -2,10 +2,12 @@
 #include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/owned.h>
-#include <kitbag/frame/text_form.h>
+#include <kitbag/frame/path_text.h>
 
-#include <algorithm>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace kitbag {
 
@@ -19,16 +21,21 @@ struct SearchPolicy {
 using Search = Owned<SearchPolicy>;
 
 template <class Ch>
+bool IsSeparator(Ch character) {
+    return character == '\\' || character == '/';
+}
+
+template <class Ch>
 bool CreatePath(const Ch* path) {
-    if (!path || Length(path) >= MAX_PATH) return false;
-    Ch prefix[MAX_PATH] = {};
-    std::copy_n(path, Length(path) + 1, prefix);
-    for (Ch* next = prefix; *next; ++next) {
-        if (*next != '\\' && *next != '/') continue;
-        *next = Ch{};
-        MakeFolder(prefix);
-        if (!IsFolder(AttributesOf(prefix))) return false;
-        *next = '\\';
+    if (!path || CountCharacters<Ch>(path) >= MAX_PATH) return false;
+    std::basic_string<Ch> prefix = path;
+    const auto rest = [&](std::size_t at) { return std::basic_string_view<Ch>(prefix).substr(at); };
+    for (std::size_t at = 0; at < prefix.size(); at += CharacterSize(rest(at))) {
+        if (!IsSeparator(prefix[at])) continue;
+        prefix[at] = Ch{};
+        MakeFolder(prefix.c_str());
+        if (!IsFolder(AttributesOf(prefix.c_str()))) return false;
+        prefix[at] = '\\';
     }
     return true;
 }
@@ -39,40 +46,84 @@ bool CopyFileDeep(const Ch* source, const Ch* destination, bool failIfExists) {
 }
 
 template <class Ch>
-bool IsDots(const Ch* name) {
-    const std::basic_string_view<Ch> text(name);
-    return text == KITBAG_TEXT(Ch, ".") || text == KITBAG_TEXT(Ch, "..");
+bool IsDots(std::basic_string_view<Ch> name) {
+    return name == KITBAG_TEXT(Ch, ".") || name == KITBAG_TEXT(Ch, "..");
 }
 
-template <class Ch>
-BOOL DeleteTree(const std::basic_string<Ch>& directory);
+bool IsLink(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
 
+/// Deletes folders with all that is in them, from the innermost out. Without recursion: how deep
+/// the folders lie in one another is no matter of the call stack.
 template <class Ch>
-void DeleteEntry(const std::basic_string<Ch>& directory, const FindData<Ch>& entry) {
-    // Doubles the separator behind a directory that ends with one, which the file system accepts.
-    const std::basic_string<Ch> name = directory + Ch{'\\'} + entry.cFileName;
-    if (!IsFolder(entry.dwFileAttributes))
-        DeleteOneFile(name.c_str());
-    else if (!IsDots(entry.cFileName))
-        DeleteTree(name);
-}
+class TreeDeletion {
+ public:
+    /// Whether the folder itself is gone.
+    BOOL Delete(const Ch* folder) {
+        path_ = folder;
+        BOOL removed = FALSE;
+        bool isAtEntry = EnterFolder();
+        while (!entered_.empty()) {
+            if (isAtEntry && TakeEntry()) continue;  // at the first entry of the folder entered
+            if (!isAtEntry) removed = LeaveFolder();
+            isAtEntry = NextEntry();
+        }
+        return removed;
+    }
 
-template <class Ch>
-BOOL DeleteTree(const std::basic_string<Ch>& directory) {
-    const auto* all = directory.ends_with(Ch{'\\'}) ? KITBAG_TEXT(Ch, "*") : KITBAG_TEXT(Ch, "\\*");
-    FindData<Ch> entry;
-    Search search(FindFirst((directory + all).c_str(), &entry));
-    if (!search) return FALSE;
-    do {
-        DeleteEntry(directory, entry);
-    } while (FindNext(search.Get(), &entry));
-    search.Reset();
-    return RemoveFolder(directory.c_str());
-}
+ private:
+    struct Folder {
+        std::size_t pathLength;
+        Search search;
+    };
+
+    /// Enters the folder of the path and finds its first entry.
+    bool EnterFolder() {
+        Search search(FindFirst(Join<Ch>(path_, KITBAG_TEXT(Ch, "*")).c_str(), &entry_));
+        if (!search) return false;
+        entered_.push_back({path_.size(), std::move(search)});
+        return true;
+    }
+
+    bool NextEntry() {
+        return !entered_.empty() && FindNext<Ch>(entered_.back().search.Get(), &entry_);
+    }
+
+    /// Deletes the entry or, where it is a folder, enters it; whether it was entered. A link to a
+    /// folder is deleted, not what lies in the folder that it leads to.
+    bool TakeEntry() {
+        const DWORD attributes = entry_.dwFileAttributes;
+        if (IsFolder(attributes) && IsDots<Ch>(entry_.cFileName)) return false;
+        // Doubles the separator behind a folder that ends with one, which the file system accepts.
+        path_ += Ch{'\\'};
+        path_ += entry_.cFileName;
+        if (!IsFolder(attributes))
+            DeleteOneFile(path_.c_str());
+        else if (IsLink(attributes))
+            RemoveFolder(path_.c_str());
+        else if (EnterFolder())
+            return true;
+        path_.resize(entered_.back().pathLength);
+        return false;
+    }
+
+    BOOL LeaveFolder() {
+        entered_.pop_back();  // A folder that is searched cannot be removed.
+        const BOOL removed = RemoveFolder(path_.c_str());
+        if (!entered_.empty()) path_.resize(entered_.back().pathLength);
+        return removed;
+    }
+
+    /// The innermost folder, or its entry.
+    std::basic_string<Ch> path_;
+    /// From the outermost folder in.
+    std::vector<Folder> entered_;
+    /// Of the innermost folder.
+    FindData<Ch> entry_;
+};
 
 template <class Ch>
 BOOL DeleteDirectory(const Ch* directory) {
-    return DeleteTree(directory ? std::basic_string<Ch>(directory) : std::basic_string<Ch>());
+    return TreeDeletion<Ch>().Delete(directory ? directory : KITBAG_TEXT(Ch, ""));
 }
 
 }  // namespace

@@ -29,6 +29,11 @@ KITBAG_PLAIN bool KB_CopyFileDeepW(const wchar_t* source, const wchar_t* destina
 /// deleted (a read-only one, say) stays together with its folders. Nonzero where the folder itself
 /// is gone; 0 also where it does not exist.
 ///
-/// Beware: a null or empty directory means the root of the current drive, which is emptied.
+/// Junctions and symbolic links in it are deleted themselves; what they lead to stays. A link that
+/// is named as the directory is followed: the folder that it leads to is emptied, and the link
+/// goes.
+///
+/// Beware: a null or empty directory means the root of the current drive, and a drive alone ("C:")
+/// that drive's root, not its current folder. Either is emptied.
 KITBAG_PLAIN BOOL KB_DeleteDirectoryA(const char* directory);
 KITBAG_PLAIN BOOL KB_DeleteDirectoryW(const wchar_t* directory);
