@@ -33,7 +33,7 @@ constexpr std::size_t kComputerNameLimit = 14;
 /// Whether only the last component of the name is to be checked.
 template <class Ch>
 bool IsPath(std::basic_string_view<Ch> name) {
-    return BeginsAsUnc(name) || name.substr(CharacterSize(name)).starts_with(Ch{':'});
+    return BeginsAsUnc(name) || name.substr(NextCharacter(name, 0)).starts_with(Ch{':'});
 }
 
 /// Where the part of a name that is to be checked begins.
@@ -67,7 +67,7 @@ bool IsInvalid(Ch character) {
 template <class Ch>
 bool SettleAll(std::span<Ch> component, bool repair) {
     const std::basic_string_view<Ch> text(component.data(), component.size());
-    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at)))
+    for (std::size_t at = 0; at < text.size(); at = NextCharacter(text, at))
         if (!Settle(component[at], IsInvalid(component[at]), repair)) return false;
     return true;
 }

@@ -29,8 +29,7 @@ template <class Ch>
 bool CreatePath(const Ch* path) {
     if (!path || CountCharacters<Ch>(path) >= MAX_PATH) return false;
     std::basic_string<Ch> prefix = path;
-    const auto rest = [&](std::size_t at) { return std::basic_string_view<Ch>(prefix).substr(at); };
-    for (std::size_t at = 0; at < prefix.size(); at += CharacterSize(rest(at))) {
+    for (std::size_t at = 0; at < prefix.size(); at = NextCharacter<Ch>(prefix, at)) {
         if (!IsSeparator(prefix[at])) continue;
         prefix[at] = Ch{};
         MakeFolder(prefix.c_str());

@@ -15,24 +15,29 @@ namespace kitbag {
 inline std::size_t CharacterSize(std::string_view text) {
     if (text.size() < 2) return 1;
     const auto first = static_cast<BYTE>(text.front());
-    // ASCII is not asked for, which most texts are made of: no code page has it among the lead
-    // bytes.
+    // No code page has ASCII among its lead bytes: most texts are stepped through without asking.
     return first >= 0x80 && ::IsDBCSLeadByte(first) ? 2 : 1;
 }
 inline std::size_t CharacterSize(std::wstring_view) { return 1; }
+
+/// Where the character behind the one at this place begins; the text's size behind the last.
+template <class Ch>
+std::size_t NextCharacter(std::basic_string_view<Ch> text, std::size_t at) {
+    return at + CharacterSize(text.substr(at));
+}
 
 /// The first or last character of the text that is one of these ASCII characters, which no lead
 /// byte is; npos where none is.
 template <class Ch>
 std::size_t FindFirstOf(std::basic_string_view<Ch> text, std::basic_string_view<Ch> wanted) {
-    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at)))
+    for (std::size_t at = 0; at < text.size(); at = NextCharacter(text, at))
         if (wanted.find(text[at]) != wanted.npos) return at;
     return text.npos;
 }
 template <class Ch>
 std::size_t FindLastOf(std::basic_string_view<Ch> text, std::basic_string_view<Ch> wanted) {
     std::size_t last = text.npos;
-    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at)))
+    for (std::size_t at = 0; at < text.size(); at = NextCharacter(text, at))
         if (wanted.find(text[at]) != wanted.npos) last = at;
     return last;
 }
@@ -40,7 +45,7 @@ std::size_t FindLastOf(std::basic_string_view<Ch> text, std::basic_string_view<C
 template <class Ch>
 std::size_t CountCharacters(std::basic_string_view<Ch> text) {
     std::size_t count = 0;
-    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at))) ++count;
+    for (std::size_t at = 0; at < text.size(); at = NextCharacter(text, at)) ++count;
     return count;
 }
 
@@ -48,7 +53,7 @@ std::size_t CountCharacters(std::basic_string_view<Ch> text) {
 template <class Ch>
 std::size_t LastCharacter(std::basic_string_view<Ch> text) {
     std::size_t last = text.npos;
-    for (std::size_t at = 0; at < text.size(); at += CharacterSize(text.substr(at))) last = at;
+    for (std::size_t at = 0; at < text.size(); at = NextCharacter(text, at)) last = at;
     return last;
 }
 
@@ -56,7 +61,7 @@ std::size_t LastCharacter(std::basic_string_view<Ch> text) {
 template <class Ch>
 bool IsCharacterEdge(std::basic_string_view<Ch> text, std::size_t place) {
     std::size_t at = 0;
-    while (at < place) at += CharacterSize(text.substr(at));
+    while (at < place) at = NextCharacter(text, at);
     return at == place;
 }
 
