@@ -1,110 +1,205 @@
-#include <kitbag/files/file_names.h>
-#include <kitbag/files/folder_dialog.h>
 #include <kitbag/files/paths.h>
-#include <kitbag/files/shell_link.h>
-#include <tests/support/import_patch.h>
+#include <tests/support/code_page_932.h>
+#include <tests/support/printing.h>
 #include <tests/support/temporary_folder.h>
-
-#include <random>
-#include <regex>
 
 namespace {
 
 using namespace kitbag::test;
 
 template <class Ch>
-struct Paths : testing::Test, Com, TextFolder<Ch> {};
+using String = std::basic_string<Ch>;
+template <class Ch>
+using FindData = std::conditional_t<std::is_same_v<Ch, char>, WIN32_FIND_DATAA, WIN32_FIND_DATAW>;
+
+template <class Ch>
+struct Paths : testing::Test, TextFolder<Ch> {
+    bool IsFolder(const std::string& name) const { return is_directory(*this / name); }
+    bool Delete(const std::string& name) const {
+        return Exports<Ch>::DeleteDirectory(this->In(name).c_str()) != FALSE;
+    }
+};
 TYPED_TEST_SUITE(Paths, TextForms, TextFormName);
 
-// What the rules single out; the rules, as patterns.
-const std::string pieces[] = {"con", "AUX.", "Com1", "COM0",   "lpt9",    "\xe9",        "C:",
-                              "\\",  "\\\\", "/",    "clock$", "09!#$&'", "()%@^azA_}~{"};
-const std::regex computerName(R"((\\\\)?[A-Za-z0-9!#$%&'()\-.@^_{}~]{1,14}(\\(.|[\r\n])*)?)");
-const std::regex toRepair(R"(^[ .]|[ .]$|[\x01-\x1f?"/\\<>*|:])");
-const std::regex device(R"((con|aux|com[1-9]|lpt[1-9]|prn|nul|clock\$)(\..*)?)", std::regex::icase);
-
-TYPED_TEST(Paths, HaveTheirNamesCheckedAndRepaired) {
-    using Ch = TypeParam;
-    std::mt19937 random;
-    for (int i = 0; i < 9999; ++i) {
-        std::string name;
-        while (random() % 4)
-            name += random() % 4 ? pieces[random() % std::size(pieces)]
-                                 : std::string(1, static_cast<char>(1 + random() % 127));
-        const bool repair = random() % 2, isPath = random() % 2,
-                   hasParts = isPath || name.find(':') == 1 || name.starts_with("\\\\");
-        const char separator = name.find('\\') == name.npos ? '/' : '\\';
-        const auto begin = hasParts ? name.find_last_of(separator) + 1 : 0;
-        const auto part = name.substr(begin), fixed = std::regex_replace(part, toRepair, "_"),
-                   result = repair ? name.substr(0, begin) + fixed : name;
-        const bool isDevice = std::regex_match(fixed, device),
-                   isGood = !name.empty() && (repair || part == fixed) && !isDevice;
-
-        Text<Ch> text(name.begin(), name.end());
-        EXPECT_EQ(std::regex_match(name, computerName),
-                  Exports<Ch>::ValidateComputerName(text.c_str()));
-        const auto validate =
-            random() % 2 ? Exports<Ch>::ValidateFilename : Exports<Ch>::ValidatePath;
-        EXPECT_EQ(isGood, validate(text.data(), repair, isPath)) << name;
-        EXPECT_EQ(Text<Ch>(result.begin(), result.end()), text) << name;
+TYPED_TEST(Paths, AreCreatedUpToTheLastSeparator) {
+    this->Write("file");
+    const struct {
+        const char *about, *path;
+        bool isCreated;
+        const char *folder, *notCreated;
+    } rows[] = {
+        {"file name behind", "a\\b\\c.txt", true, "a\\b", "a\\b\\c.txt"},
+        {"separator last", "d\\e\\", true, "d\\e", "d\\e\\f"},
+        {"slashes", "g/h/i", true, "g\\h", "g\\h\\i"},
+        {"folders that exist", "a\\b\\j\\k", true, "a\\b\\j", "a\\b\\j\\k"},
+        {"file in the way", "file\\l\\m", false, "", "l"},
+        {"name that the system refuses", "n\\?\\o\\p", false, "n", "o"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.about);
+        EXPECT_EQ(row.isCreated, Exports<TypeParam>::CreatePath(this->In(row.path).c_str()));
+        EXPECT_TRUE(this->IsFolder(row.folder)) << row.folder;
+        EXPECT_FALSE(this->Has(row.notCreated)) << row.notCreated;
     }
-    EXPECT_FALSE(Exports<Ch>::ValidateFilename(nullptr, true, true) ||
-                 Exports<Ch>::ValidateComputerName(nullptr));
 }
 
-TYPED_TEST(Paths, AreCreatedUpToTheLastSeparatorAndDeletedAsFarAsTheSystemAllows) {
+TYPED_TEST(Paths, OfNoUseCreateNothing) {
+    using Kb = Exports<TypeParam>;
+    EXPECT_FALSE(Kb::CreatePath(nullptr));
+    EXPECT_FALSE(Kb::CreatePath("\\kitbag\\a"_t));
+    EXPECT_TRUE(Kb::CreatePath(""_t)) << "has no separator";
+    // "\x\" before the name makes 259 or 260 characters.
+    const std::string fill(259 - this->In("x\\").size(), 'f');
+    EXPECT_FALSE(Kb::CreatePath(this->In("x\\" + fill + 'f').c_str())) << "260 characters";
+    EXPECT_FALSE(this->Has("x"));
+    EXPECT_TRUE(Kb::CreatePath(this->In("x\\" + fill).c_str())) << "259 characters";
+    EXPECT_TRUE(this->IsFolder("x"));
+}
+
+TYPED_TEST(Paths, AreCreatedBeforeAFileIsCopiedThere) {
+    this->Write("new", "new");
+    const auto copy = [&](const char* from, const char* to, bool failIfExists) {
+        return Exports<TypeParam>::CopyFileDeep(this->In(from).c_str(), this->In(to).c_str(),
+                                                failIfExists);
+    };
+    EXPECT_TRUE(copy("new", "a\\b/copy", true));
+    EXPECT_EQ(3u, file_size(*this / "a\\b\\copy"));
+    this->Write("a\\b\\copy", "older");
+    EXPECT_FALSE(copy("new", "a\\b\\copy", true)) << "exists";
+    EXPECT_EQ(5u, file_size(*this / "a\\b\\copy"));
+    EXPECT_TRUE(copy("new", "a\\b\\copy", false));
+    EXPECT_EQ(3u, file_size(*this / "a\\b\\copy"));
+    EXPECT_FALSE(copy("missing", "c\\copy", false));
+    EXPECT_TRUE(this->IsFolder("c")) << "stays when the copy fails";
+    EXPECT_FALSE(copy("new", "new\\d\\copy", false)) << "a file is in the way";
+}
+
+TYPED_TEST(Paths, AreDeletedWithAllThatIsInThem) {
+    for (const char* name : {"tree\\a\\b\\c", "tree\\a\\d", "tree\\e", "tree\\.hidden\\f", "other"})
+        this->Write(name);
+    create_directories(*this / "tree\\empty");
+    EXPECT_TRUE(this->Delete("tree"));
+    EXPECT_FALSE(this->Has("tree"));
+    EXPECT_FALSE(this->Delete("tree")) << "missing";
+    EXPECT_FALSE(this->Delete("other")) << "a file";
+    EXPECT_TRUE(this->Has("other"));
+    this->Write("tree\\g\\h");
+    EXPECT_TRUE(this->Delete("tree\\")) << "separator last";
+    EXPECT_FALSE(this->Has("tree"));
+}
+
+TYPED_TEST(Paths, StayWithAFileThatCannotBeDeletedOnlyInItsFolders) {
+    for (const char* name : {"tree\\a\\kept", "tree\\a\\gone", "tree\\b\\gone", "tree\\c"})
+        this->Write(name);
+    const auto kept = *this / "tree\\a\\kept";
+    permissions(kept, std::filesystem::perms::owner_write, std::filesystem::perm_options::remove);
+    EXPECT_FALSE(this->Delete("tree"));
+    EXPECT_TRUE(exists(kept));
+    for (const char* gone : {"tree\\a\\gone", "tree\\b", "tree\\c"}) EXPECT_FALSE(this->Has(gone));
+    permissions(kept, std::filesystem::perms::owner_write, std::filesystem::perm_options::add);
+}
+
+// The system reports folders and files as links whose names begin with 'l'; and the dots of every
+// folder, as it does in a folder that is a link.
+
+template <class Ch>
+void MarkLinks(FindData<Ch>* found) {
+    if (found->cFileName[0] == 'l' || found->cFileName[0] == '.')
+        found->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+}
+template <class Ch>
+HANDLE WINAPI FindFirst(const Ch* pattern, FindData<Ch>* found) {
+    const HANDLE search = Pick<Ch>(::FindFirstFileA, ::FindFirstFileW)(pattern, found);
+    MarkLinks<Ch>(found);
+    return search;
+}
+template <class Ch>
+BOOL WINAPI FindNext(HANDLE search, FindData<Ch>* found) {
+    const BOOL isFound = Pick<Ch>(::FindNextFileA, ::FindNextFileW)(search, found);
+    MarkLinks<Ch>(found);
+    return isFound;
+}
+
+TYPED_TEST(Paths, ThatAreLinksAreDeletedButNotEntered) {
     using Ch = TypeParam;
-    for (const char* name : {"file", "tree\\d\\e"}) this->Write(name);
-    const auto file = this->In("file"), copy = this->In("tree\\a/copy"), tree = this->In("tree");
-    for (const bool keep : {false, true})
-        EXPECT_EQ(!keep, Exports<Ch>::CopyFileDeep(file.c_str(), copy.c_str(), keep));
-    EXPECT_FALSE(Exports<Ch>::CreatePath(nullptr) ||
-                 Exports<Ch>::CreatePath((file + Text<Ch>("\\d\\"_t)).c_str()));
-    const std::string longest(258 - this->Path().string().size(), 'x');
-    EXPECT_TRUE(Exports<Ch>::CreatePath(this->In(longest).c_str()));
-    EXPECT_FALSE(Exports<Ch>::CreatePath(this->In(longest + 'x').c_str()));
-    const auto kept = (*this / "tree\\a\\copy").string();
-    ::SetFileAttributesA(kept.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(FALSE, Exports<Ch>::DeleteDirectory(tree.c_str()));
-    EXPECT_TRUE(this->Has("tree\\a\\copy") && !this->Has("tree\\d"));
-    ::SetFileAttributesA(kept.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_NE(FALSE, Exports<Ch>::DeleteDirectory((tree + Text<Ch>("\\"_t)).c_str()));
+    const ImportPatch first(Pick<Ch>("FindFirstFileA", "FindFirstFileW"), FindFirst<Ch>);
+    const ImportPatch next(Pick<Ch>("FindNextFileA", "FindNextFileW"), FindNext<Ch>);
+    for (const char* name : {"tree\\a\\link\\elsewhere", "tree\\a\\b", "tree\\link to file"})
+        this->Write(name);
+    create_directories(*this / "tree\\link to folder");
+    EXPECT_FALSE(this->Delete("tree")) << "holds a link that the system does not remove";
+    EXPECT_TRUE(this->Has("tree\\a\\link\\elsewhere"));
+    for (const char* gone : {"tree\\a\\b", "tree\\link to file", "tree\\link to folder"})
+        EXPECT_FALSE(this->Has(gone)) << gone;
+    EXPECT_TRUE(this->Delete("tree\\a\\link")) << "named itself: entered";
+    EXPECT_TRUE(this->Delete("tree"));
 }
 
-TYPED_TEST(Paths, AreReadFromLinksIn8BitsInBothForms) {
+/// Deletes a folder with no more than this left of the call stack.
+BOOL DeleteWithStack(std::size_t bytes, const std::wstring& folder) {
+    ULONG_PTR end = 0, begin = 0;
+    ::GetCurrentThreadStackLimits(&end, &begin);
+    void* volatile taken = __builtin_alloca(reinterpret_cast<ULONG_PTR>(&end) - end - bytes);
+    return taken && KB_DeleteDirectoryW(folder.c_str());
+}
+
+TEST(DeepPaths, AreDeletedOnASmallCallStack) {
+    const TextFolder<wchar_t> temporary;
+    // The prefix lifts the system's limit of 260 characters.
+    const std::wstring tree = L"\\\\?\\" + temporary.In("d");
+    std::wstring folder = tree;
+    for (int level = 0; level < 350; ++level, folder += L"\\d")
+        ASSERT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr)) << "level " << level;
+    EXPECT_TRUE(DeleteWithStack(128 * 1024, tree));
+    EXPECT_FALSE(temporary.Has("d"));
+}
+
+/// What the library asked the file system for.
+std::vector<std::string> asked;
+
+template <class Ch>
+HANDLE WINAPI FindNothing(const Ch* pattern, FindData<Ch>*) {
+    const String<Ch> text = pattern;
+    asked.emplace_back(text.begin(), text.end());
+    return INVALID_HANDLE_VALUE;
+}
+
+TYPED_TEST(Paths, OfNoFolderMeanTheRootOfADrive) {
     using Ch = TypeParam;
-    this->WriteLink("link", "C:\\windows");
-    this->Write("text");
-    Ch target[MAX_PATH], description[MAX_PATH];
-    EXPECT_TRUE(Exports<Ch>::GetLinkInfo(this->In("link").c_str(), target, description));
-    EXPECT_STRCASEEQ("C:\\windows", reinterpret_cast<char*>(target));
-    EXPECT_STREQ("A description", reinterpret_cast<char*>(description));
-    EXPECT_FALSE(Exports<Ch>::GetLinkInfo(this->In("text").c_str(), target, nullptr) || target[0]);
+    // Nothing is deleted: the system finds nothing.
+    const ImportPatch find(Pick<Ch>("FindFirstFileA", "FindFirstFileW"), FindNothing<Ch>);
+    asked.clear();
+    const Ch* const folders[] = {nullptr, ""_t, "C:"_t, "C:\\"_t, "C:\\a"_t};
+    for (const Ch* folder : folders) EXPECT_FALSE(Exports<Ch>::DeleteDirectory(folder));
+    EXPECT_EQ((std::vector<std::string>{"\\*", "\\*", "C:\\*", "C:\\*", "C:\\a\\*"}), asked);
 }
 
-/// What the user presses as soon as the dialog hears from the library.
-WPARAM button;
-
-LRESULT WINAPI Tell(HWND dialog, UINT message, WPARAM flag, LPARAM text) {
-    ::PostMessageA(dialog, WM_COMMAND, button, 0);
-    return ::SendMessageA(dialog, message, flag, text);
-}
-
-TYPED_TEST(Paths, AreChosenInADialogThatOpensOnTheFolder) {
-    using Ch = TypeParam;
-    const ImportPatch send(Pick<Ch>("SendMessageA", "SendMessageW"), Tell);
-    const std::string folder = this->Path().string();
-    Text<Ch> path(folder.begin(), folder.end());
-    path.resize(MAX_PATH);
-    path[0] = 'c';  // the dialog has it in upper case
-    button = IDCANCEL;
-    EXPECT_FALSE(Exports<Ch>::BrowseForFolder(path.data(), nullptr));
-    EXPECT_EQ('c', path[0]);
-    button = IDOK;
-    EXPECT_TRUE(Exports<Ch>::BrowseForFolder(path.data(), nullptr));
-    // The 16-bit form's text goes with an 8-bit message: nothing is selected, and the dialog
-    // answers with the desktop.
-    EXPECT_EQ(Pick<Ch>(true, false), std::string(path.begin(), path.end()).c_str() == folder);
+TEST(DoubleBytePaths, AreTakenApartBetweenCharacters) {
+    const CodePage932 japanese;
+    const ImportPatch find("FindFirstFileA", FindNothing<char>);
+    const ImportPatch make(
+        "CreateDirectoryA", +[](const char* path, SECURITY_ATTRIBUTES*) WINAPI -> BOOL {
+            asked.emplace_back(path);
+            return TRUE;
+        });
+    const ImportPatch attributes(
+        "GetFileAttributesA",
+        +[](const char*) WINAPI -> DWORD { return FILE_ATTRIBUTE_DIRECTORY; });
+    const auto askedFor = [](const std::vector<std::wstring>& paths) {
+        std::vector<std::string> expected;
+        for (const std::wstring& path : paths) expected.push_back(In932(path));
+        EXPECT_EQ(expected, asked);
+        asked.clear();
+    };
+    asked.clear();
+    EXPECT_TRUE(KB_CreatePathA(In932(L"D:\\\x8868/\x30dd\x8868\\\x8868").c_str()));
+    askedFor({L"D:", L"D:\\\x8868", L"D:\\\x8868\\\x30dd\x8868"});
+    EXPECT_FALSE(KB_DeleteDirectoryA(In932(L"D:\\\x8868").c_str()));
+    EXPECT_FALSE(KB_DeleteDirectoryA(In932(L"D:\\\x8868\\").c_str()));
+    askedFor({L"D:\\\x8868\\*", L"D:\\\x8868\\*"});
+    // Counted as the 16-bit form counts them.
+    EXPECT_TRUE(KB_CreatePathA(In932(std::wstring(259, L'\x8868')).c_str()));
+    EXPECT_FALSE(KB_CreatePathA(In932(std::wstring(260, L'\x8868')).c_str()));
 }
 
 }  // namespace

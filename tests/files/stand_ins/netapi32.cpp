@@ -1,29 +1,43 @@
 // Stands in for the network library of Windows NT.
-#include <tests/files/stand_ins/stand_in_shares.h>
+#include <tests/files/stand_ins/stand_in_server.h>
 #include <windows.h>
 // Needs the system's header.
 #include <lm.h>
 
-std::vector<StandInShare> shares;
+StandInServer server;
+
+namespace {
+
+template <class Record>
+BYTE* Block(const Record& record) {
+    ++server.blocks;
+    return reinterpret_cast<BYTE*>(new Record(record));
+}
+
+}  // namespace
 
 /// One entry a call, so that every list takes several calls.
-DWORD WINAPI NetShareEnum(LMSTR, DWORD level, BYTE** buffer, DWORD, DWORD* read, DWORD*,
-                          DWORD* next) {
-    *read = level == 502 && *next < shares.size();
-    if (*read == 0) return NERR_Success;
-    const StandInShare& share = shares[(*next)++];
-    static wchar_t name[80], path[80];
-    ::MultiByteToWideChar(CP_ACP, 0, share.name.c_str(), -1, name, 80);
-    ::MultiByteToWideChar(CP_ACP, 0, share.path.c_str(), -1, path, 80);
-    *buffer = reinterpret_cast<BYTE*>(
-        new SHARE_INFO_502{name, share.type, nullptr, 7, 0, 0, path, nullptr, 0, nullptr});
+DWORD WINAPI NetShareEnum(LMSTR computer, DWORD level, BYTE** buffer, DWORD size, DWORD* read,
+                          DWORD* total, DWORD* next) {
+    if (computer || level != 502 || size != MAX_PREFERRED_LENGTH) return ERROR_INVALID_PARAMETER;
+    *total = static_cast<DWORD>(server.shares.size());
+    *read = *next < *total;
+    if (*read == 0) return server.sharesStatus;
+    StandInShare& share = server.shares[(*next)++];
+    *buffer = Block(SHARE_INFO_502{share.name.data(), share.type, nullptr, 7, 0, 0,
+                                   share.path.data(), nullptr, 0, nullptr});
     return ERROR_MORE_DATA;
 }
 
-DWORD WINAPI NetServerGetInfo(LMSTR, DWORD, BYTE** buffer) {
+DWORD WINAPI NetServerGetInfo(LMSTR computer, DWORD level, BYTE** buffer) {
+    if (computer || level != 100) return ERROR_INVALID_PARAMETER;
     static wchar_t name[] = L"PC";
-    *buffer = reinterpret_cast<BYTE*>(new SERVER_INFO_100{0, name});
-    return NERR_Success;
+    if (server.nameStatus == NERR_Success) *buffer = Block(SERVER_INFO_100{0, name});
+    return server.nameStatus;
 }
 
-DWORD WINAPI NetApiBufferFree(void* buffer) { return ::operator delete(buffer), NERR_Success; }
+DWORD WINAPI NetApiBufferFree(void* block) {
+    --server.blocks;
+    ::operator delete(block);
+    return NERR_Success;
+}
