@@ -105,7 +105,7 @@ const std::map<std::string, void*> kFakes = {
 std::vector<std::string> ImportsThatCanFail() {
     static const std::regex kExempt(
         // They have no failure.
-        ".*CriticalSection|GetCurrentThreadId|GetLastError|GetTickCount|IsDBCSLeadByteEx|"
+        ".*CriticalSection|GetCurrentThreadId|GetLastError|GetTickCount|IsDBCSLeadByte(Ex)?|"
         "SetErrorMode|Sleep|TlsGetValue|lstrlen.|"
         // They release; one that does not has leaked, whatever the library does.
         "CloseHandle|CoUninitialize|FindClose|FreeLibrary|Global(Free|Unlock)|LocalFree|"
