@@ -15,8 +15,8 @@
 // small, a server that does not run, a path that no share covers. Why is told by the diagnostic
 // build's trace only.
 //
-// Nothing is kept between calls but the network functions, which the first call loads: two threads
-// must not make it at the same time.
+// Nothing is kept between calls but the network functions, which the first call loads; any thread
+// may call at any time.
 #pragma once
 
 #include <kitbag/frame/export.h>
