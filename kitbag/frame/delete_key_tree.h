@@ -17,7 +17,7 @@ LSTATUS DeleteTree(HKEY parent, const Ch* name) {
     if (Length(name) == 0) return ERROR_BADKEY;
 
     RegistryKey key;
-    LSTATUS status = OpenKey(parent, name, DELETE | KEY_ENUMERATE_SUB_KEYS, key.Receive());
+    LSTATUS status = OpenKey(parent, name, DELETE | KEY_ENUMERATE_SUB_KEYS, key);
     while (status == ERROR_SUCCESS) {
         Ch child[256];
         DWORD length = std::size(child);

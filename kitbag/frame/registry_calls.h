@@ -23,18 +23,37 @@ inline LSTATUS CreateKey(HKEY parent, const wchar_t* path, REGSAM access, HKEY* 
                              key, nullptr);
 }
 
+/// Into an owner, which stays as it was where the call fails: what a failed call leaves in its
+/// output is no handle, and closing it could close another's.
+template <class Ch>
+LSTATUS OpenKey(HKEY parent, const Ch* path, REGSAM access, RegistryKey& key) {
+    HKEY opened = nullptr;
+    const LSTATUS status = OpenKey(parent, path, access, &opened);
+    if (status == ERROR_SUCCESS) key.Reset(opened);
+    return status;
+}
+template <class Ch>
+LSTATUS CreateKey(HKEY parent, const Ch* path, REGSAM access, RegistryKey& key) {
+    HKEY created = nullptr;
+    const LSTATUS status = CreateKey(parent, path, access, &created);
+    if (status == ERROR_SUCCESS) key.Reset(created);
+    return status;
+}
+
 /// The key, or none where it cannot be opened.
 template <class Ch>
 RegistryKey OpenedKey(HKEY parent, const Ch* path, REGSAM access) {
-    HKEY key = nullptr;
-    return RegistryKey(OpenKey(parent, path, access, &key) == ERROR_SUCCESS ? key : nullptr);
+    RegistryKey key;
+    OpenKey(parent, path, access, key);
+    return key;
 }
 
 /// The key, created where it is missing, or none where that fails.
 template <class Ch>
 RegistryKey CreatedKey(HKEY parent, const Ch* path, REGSAM access) {
-    HKEY key = nullptr;
-    return RegistryKey(CreateKey(parent, path, access, &key) == ERROR_SUCCESS ? key : nullptr);
+    RegistryKey key;
+    CreateKey(parent, path, access, key);
+    return key;
 }
 
 /// How many sub-keys and values a key has.
