@@ -1,5 +1,6 @@
 #include <kitbag/files/local_server.h>
 #include <kitbag/files/unc_translation.h>
+#include <kitbag/frame/caller_memory.h>
 #include <kitbag/frame/debug_trace.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/path_text.h>

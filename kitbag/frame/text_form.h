@@ -46,11 +46,4 @@ constexpr DWORD BytesOf(std::size_t characters) {
     return static_cast<DWORD>(characters) * sizeof(Ch);
 }
 
-/// True where the caller may be handed a result of this many bytes.
-inline bool IsWritable(void* output, std::size_t bytes) { return !::IsBadWritePtr(output, bytes); }
-template <class T>
-bool IsWritable(T* output) {
-    return IsWritable(output, sizeof(T));
-}
-
 }  // namespace kitbag

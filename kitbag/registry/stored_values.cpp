@@ -1,3 +1,4 @@
+#include <kitbag/frame/caller_memory.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/frame/text_form.h>
@@ -19,13 +20,28 @@ struct Stored {
 
 /// Reads a value into a buffer of stored.bytes bytes (none: asks only) and tells what was there.
 template <class Ch>
-bool Query(const RegistryKey& key, const Ch* name, Stored& stored, void* buffer = nullptr) {
-    return QueryValue(key.Get(), name, &stored.type, buffer, &stored.bytes) == ERROR_SUCCESS;
+LSTATUS Query(const RegistryKey& key, const Ch* name, Stored& stored, void* buffer = nullptr) {
+    return QueryValue(key.Get(), name, &stored.type, buffer, &stored.bytes);
 }
 
 template <class Ch>
 bool QueryText(const RegistryKey& key, const Ch* name, Stored& stored) {
-    return Query(key, name, stored) && stored.type == REG_SZ;
+    return Query(key, name, stored) == ERROR_SUCCESS && stored.type == REG_SZ;
+}
+
+constexpr LSTATUS kNoSuchText = ERROR_FILE_NOT_FOUND;
+
+/// Even beside a process that does nothing but write, one read in eight at most meets a text that
+/// grows; that all of these do is as good as impossible.
+constexpr int kReadAttempts = 8;
+
+/// Makes a read of two queries, for the size and for the text. It is made anew where the text does
+/// not fit the size any more, because another process has stored a longer one between the two.
+template <class Read>
+bool ReadWhileItGrows(Read read) {
+    LSTATUS status = ERROR_MORE_DATA;
+    for (int i = 0; status == ERROR_MORE_DATA && i < kReadAttempts; ++i) status = read();
+    return status == ERROR_SUCCESS;
 }
 
 template <class Ch>
@@ -41,7 +57,7 @@ bool GetNumber(const Ch* section, const Ch* name, Number* value) {
     if (!key) return false;
     Number number{};
     Stored stored{REG_NONE, sizeof number};
-    if (!Query(key, name, stored, &number)) return false;
+    if (Query(key, name, stored, &number) != ERROR_SUCCESS) return false;
     if (stored.bytes != sizeof number || stored.type != REG_DWORD) return false;
     if (!IsWritable(value)) return false;
     *value = number;
@@ -66,9 +82,12 @@ template <class Ch>
 bool GetString(const Ch* section, const Ch* name, Ch* buffer, DWORD size) {
     if (size > MAXDWORD / sizeof(Ch) || !IsWritable(buffer, BytesOf<Ch>(size))) return false;
     const RegistryKey key = OpenSection(section);
-    Stored stored{};
-    return key && QueryText(key, name, stored) && stored.bytes < BytesOf<Ch>(size) &&
-           Query(key, name, stored, buffer);
+    if (!key) return false;
+    return ReadWhileItGrows([&] {
+        Stored stored{};
+        const bool fits = QueryText(key, name, stored) && stored.bytes < BytesOf<Ch>(size);
+        return fits ? Query(key, name, stored, buffer) : kNoSuchText;
+    });
 }
 
 template <class Ch>
@@ -81,12 +100,15 @@ bool SetString(const Ch* section, const Ch* name, const Ch* text) {
 template <class Ch>
 bool ReadText(const Ch* section, const Ch* name, std::basic_string<Ch>& characters) {
     const RegistryKey key = OpenSection(section);
+    if (!key) return false;
     Stored stored{};
-    if (!key || !QueryText(key, name, stored)) return false;
-    characters.resize((stored.bytes + sizeof(Ch) - 1) / sizeof(Ch));
-    if (stored.bytes > 0 && !Query(key, name, stored, characters.data())) return false;
-    characters.resize(stored.bytes / sizeof(Ch));
-    return true;
+    const bool isRead = ReadWhileItGrows([&] {
+        if (!QueryText(key, name, stored)) return kNoSuchText;
+        characters.resize((stored.bytes + sizeof(Ch) - 1) / sizeof(Ch));
+        return stored.bytes > 0 ? Query(key, name, stored, characters.data()) : ERROR_SUCCESS;
+    });
+    if (isRead) characters.resize(stored.bytes / sizeof(Ch));
+    return isRead;
 }
 
 template <class Ch>
@@ -141,14 +163,14 @@ bool GetData(const Ch* section, const Ch* name, DWORD bufferSize, void* buffer,
     if (buffer && !IsWritable(buffer, bufferSize)) return false;
     const RegistryKey key = OpenSection(section);
     Stored stored{REG_NONE, bufferSize};
-    if (!key || !Query(key, name, stored, buffer)) return false;
+    if (!key || Query(key, name, stored, buffer) != ERROR_SUCCESS) return false;
     if (IsWritable(returnedSize)) *returnedSize = stored.bytes;
     return true;
 }
 
 template <class Ch>
 bool SetData(const Ch* section, const Ch* name, DWORD size, const void* data) {
-    return !::IsBadReadPtr(data, size) && Store(section, name, REG_BINARY, data, size);
+    return IsReadable(data, size) && Store(section, name, REG_BINARY, data, size);
 }
 
 }  // namespace

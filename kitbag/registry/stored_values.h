@@ -46,8 +46,9 @@ KITBAG_PLAIN bool KB_SetIntW(const wchar_t* section, const wchar_t* name, int va
 /// Reads a REG_SZ value into a buffer; size is in characters (A: bytes, W: 16-bit characters).
 ///
 /// The stored bytes must be fewer than the buffer's, and no terminator is added: the buffer holds
-/// exactly what is stored, which for texts written by the setters includes the terminator. Callers
-/// that read what other programs wrote clear the buffer first.
+/// exactly what is stored, which for texts written by the setters includes the terminator. An empty
+/// text is stored as no bytes: reading it succeeds and writes nothing into the buffer. Callers that
+/// read empty texts, or what other programs wrote, clear the buffer first.
 KITBAG_PLAIN bool KB_GetStringA(const char* section, const char* name, char* buffer, DWORD size);
 KITBAG_PLAIN bool KB_GetStringW(const wchar_t* section, const wchar_t* name, wchar_t* buffer,
                                 DWORD size);

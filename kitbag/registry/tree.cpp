@@ -1,3 +1,4 @@
+#include <kitbag/frame/caller_memory.h>
 #include <kitbag/frame/delete_key_tree.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_form.h>

@@ -1,3 +1,4 @@
+#include <kitbag/frame/caller_memory.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/owned.h>
 #include <kitbag/frame/registry_calls.h>

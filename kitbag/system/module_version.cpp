@@ -1,4 +1,5 @@
 #include <comdef.h>
+#include <kitbag/frame/caller_memory.h>
 #include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/text_conversion.h>
@@ -112,8 +113,8 @@ _bstr_t ToBstr(const char* text) { return {ToWide(text).c_str()}; }
 bool FillModuleInfo(ModuleInfo* record, HMODULE module, const char* moduleName,
                     const void* firstBlock, const void* secondBlock) {
     if (!IsWritable(record) || record->size != sizeof *record ||
-        ::IsBadReadPtr(firstBlock, sizeof record->firstBlock) ||
-        ::IsBadReadPtr(secondBlock, sizeof record->secondBlock))
+        !IsReadable(firstBlock, sizeof record->firstBlock) ||
+        !IsReadable(secondBlock, sizeof record->secondBlock))
         return false;
 
     // The record is filled once all of it is there: where memory runs out it stays as it was.
