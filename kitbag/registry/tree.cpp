@@ -26,8 +26,11 @@ bool DeleteKeyOf(const Ch* section, const Ch* subKey) {
     return key && DeleteTree(key.Get(), subKey) == ERROR_SUCCESS;
 }
 
+/// Deletes the section as a key of the root. The 8-bit enumeration puts a backslash in front of the
+/// root's own keys, and callers hand its results on: there it does not count.
 template <class Ch>
 bool DeleteSection(const Ch* section) {
+    while (section && *section == '\\') ++section;
     return DeleteKeyOf<Ch>(nullptr, section);
 }
 

@@ -27,8 +27,10 @@ KITBAG_PLAIN bool KB_DeleteValueW(const wchar_t* section, const wchar_t* name);
 KITBAG_PLAIN bool KB_DeleteKeyA(const char* section, const char* subKey);
 KITBAG_PLAIN bool KB_DeleteKeyW(const wchar_t* section, const wchar_t* subKey);
 
-/// Deletes the section's key, with everything below it. A null or empty section deletes nothing and
-/// answers false: the settings as a whole cannot be deleted by accident.
+/// Deletes the section's key, with everything below it. Backslashes at the section's beginning do
+/// not count, so that "\Audio", as KB_EnumKeyA names a key of the root, is deleted like "Audio". A
+/// section that is null, empty or nothing but backslashes deletes nothing and answers false: the
+/// settings as a whole cannot be deleted by accident.
 KITBAG_PLAIN bool KB_DeleteSectionA(const char* section);
 KITBAG_PLAIN bool KB_DeleteSectionW(const wchar_t* section);
 
