@@ -4,6 +4,7 @@
 #include <kitbag/frame/file_calls.h>
 #include <kitbag/frame/guard.h>
 #include <kitbag/frame/module_base.h>
+#include <kitbag/frame/path_text.h>
 #include <kitbag/frame/resource_ids.h>
 #include <kitbag/frame/string_table.h>
 #include <kitbag/frame/text_form.h>
@@ -58,17 +59,20 @@ bool Remember(const Ch* kind, const StringOf<Ch>& directory) {
                                                         directory);
 }
 
+/// The path with exactly one backslash at its end, also where it ends with several; an empty path
+/// stays empty.
 template <class Ch>
-std::basic_string<Ch> WithBackslash(std::basic_string<Ch> path) {
-    if (!path.empty() && path.back() != '\\') path += '\\';
-    return path;
+std::basic_string<Ch> WithOneBackslash(std::basic_string<Ch> path) {
+    if (path.empty()) return path;
+    while (EndsWithBackslash<Ch>(path)) path.pop_back();
+    return path + Ch{'\\'};
 }
 
 /// Creates the whole path, its last folder included.
 template <class Ch>
 bool CreateFolders(const std::basic_string<Ch>& path) {
     return !path.empty() &&
-           PickForm<Ch>(KB_CreatePathA, KB_CreatePathW)(WithBackslash(path).c_str());
+           PickForm<Ch>(KB_CreatePathA, KB_CreatePathW)(WithOneBackslash(path).c_str());
 }
 
 template <class Ch>
@@ -81,7 +85,7 @@ bool FindRemembered(const Ch* kind, StringOf<Ch>& directory, bool create) {
     const DWORD attributes = AttributesOf(directory.c_str());
     const bool isMissing = attributes == INVALID_FILE_ATTRIBUTES;
     if (IsFolder(attributes) || (isMissing && create && CreateFolders<Ch>(directory))) {
-        directory = WithBackslash<Ch>(directory);
+        directory = WithOneBackslash<Ch>(directory);
         return true;
     }
     PickForm<Ch>(KB_DeleteValueA, KB_DeleteValueW)(kSection<Ch>, name.c_str());
@@ -92,8 +96,7 @@ bool FindRemembered(const Ch* kind, StringOf<Ch>& directory, bool create) {
 /// tell.
 template <class Ch>
 std::basic_string<Ch> FolderOf(HMODULE module) {
-    const auto file = ModuleFile<Ch>(module);
-    return file.substr(0, file.rfind('\\') + 1);
+    return FolderOfFile<Ch>(ModuleFile<Ch>(module));
 }
 
 /// Follows a shell link to a folder. The 16-bit form gets the target as 8-bit text in its 16-bit
@@ -105,7 +108,7 @@ bool FollowLink(const std::basic_string<Ch>& link, StringOf<Ch>& directory) {
         !PickForm<Ch>(KB_GetLinkInfoA, KB_GetLinkInfoW)(link.c_str(), target, nullptr) ||
         !IsFolder(AttributesOf(target)))
         return false;
-    directory = WithBackslash<Ch>(target);
+    directory = WithOneBackslash<Ch>(target);
     return true;
 }
 
@@ -114,13 +117,13 @@ bool FindUpward(const Ch* kind, StringOf<Ch>& directory) {
     for (auto folder = FolderOf<Ch>(nullptr); !folder.empty();) {
         const auto candidate = folder + kind;
         if (IsFolder(AttributesOf(candidate.c_str()))) {
-            directory = WithBackslash(candidate);
+            directory = candidate + Ch{'\\'};
             return true;
         }
         // The word stands twice in the link's name (ConfigConfig.lnk): existing links are named so.
         if (FollowLink<Ch>(candidate + kind + KITBAG_TEXT(Ch, ".lnk"), directory)) return true;
         folder.pop_back();
-        folder.resize(folder.rfind('\\') + 1);
+        folder = FolderOfFile<Ch>(folder);
     }
     return false;
 }
@@ -129,7 +132,7 @@ template <class Ch>
 bool CreateBesideLibrary(const Ch* kind, StringOf<Ch>& directory) {
     const auto folder = FolderOf<Ch>(ModuleBase());
     if (folder.empty()) return false;
-    directory = WithBackslash(folder + kind);
+    directory = folder + kind + Ch{'\\'};
     // Remembered even where it cannot be created: the setter's result is the answer.
     CreateFolders<Ch>(directory);
     return Remember(kind, directory);
@@ -139,7 +142,7 @@ template <class Ch>
 bool AskUser(const Ch* kind, StringOf<Ch>& directory, const Ch* prompt) {
     Ch chosen[MAX_PATH] = {};
     if (!PickForm<Ch>(KB_BrowseForFolderA, KB_BrowseForFolderW)(chosen, prompt)) return false;
-    directory = WithBackslash<Ch>(chosen);
+    directory = WithOneBackslash<Ch>(chosen);
     return Remember(kind, directory);
 }
 
@@ -166,6 +169,12 @@ bool GetDirectory(Directory<Ch>& known, StringOf<Ch>& directory) {
     const bool isFound = FindCreateOrAsk(known, directory);
     known.wasAskedFor = true;
     return isFound;
+}
+
+/// Skins have no prompt and no default of their own: the configuration's stand in for them.
+template <class Ch>
+bool GetSkinDirectory(StringOf<Ch>& directory) {
+    return FindExisting(kSkin<Ch>, directory) || GetDirectory(configDirectory<Ch>, directory);
 }
 
 }  // namespace
@@ -197,12 +206,10 @@ bool KB_GetDocDirectoryW(std::wstring& directory) {
 }
 
 bool KB_GetSkinDirectoryA(TWinString<char>& directory) {
-    return Guarded([&] { return kitbag::FindExisting(kitbag::kSkin<char>, directory); }) ||
-           KB_GetConfigDirectoryA(directory);
+    return Guarded([&] { return kitbag::GetSkinDirectory<char>(directory); });
 }
 bool KB_GetSkinDirectoryW(std::wstring& directory) {
-    return Guarded([&] { return kitbag::FindExisting(kitbag::kSkin<wchar_t>, directory); }) ||
-           KB_GetConfigDirectoryW(directory);
+    return Guarded([&] { return kitbag::GetSkinDirectory<wchar_t>(directory); });
 }
 
 bool KB_SetConfigDirectoryA(const TWinString<char>& directory) {
