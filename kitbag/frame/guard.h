@@ -1,4 +1,9 @@
-// The only place where an exception is stopped: the doors of the library.
+// The doors of the library, where exceptions are stopped: no plain function and no COM method lets
+// one pass. The exported classes do; they share their program's runtime.
+//
+// Elsewhere an exception is caught only where it means something else than the end of the call: by
+// WriteTrace (debug_trace.cpp), since a diagnostic must not end what it tells about, and where a
+// mistake in the registration script becomes an HRESULT (com/server_registration.cpp).
 #pragma once
 
 #include <utility>

@@ -8,6 +8,8 @@ HMODULE ModuleBase() {
     static std::atomic<HMODULE> cached = nullptr;
     if (HMODULE known = cached.load(std::memory_order_relaxed)) return known;
 
+    // Not the handle that the entry was given: the module record holds it from the entry on, and
+    // static objects, which are constructed before, may ask for it too.
     MEMORY_BASIC_INFORMATION region;
     static_assert(sizeof region == 28);
     if (!::VirtualQuery(reinterpret_cast<const void*>(&ModuleBase), &region, sizeof region))

@@ -8,8 +8,8 @@
 
 namespace kitbag {
 
-/// Longer texts are cut off here, the terminator included.
-constexpr int kTextRoom = 1040;
+/// Room for a text that is four paths long; longer ones are cut off, the terminator included.
+constexpr int kTextRoom = 4 * MAX_PATH;
 
 /// Empty where the module has no such text.
 template <class Ch>

@@ -9,6 +9,7 @@ namespace kitbag {
 namespace {
 
 constexpr std::size_t kFirstBuffer = 512;
+/// Sizes double up to this: the last one tried is 32768, terminator included.
 constexpr std::size_t kLargestBuffer = 51200;
 // Support staff search logs for this wording; it stays as it is.
 constexpr char kTooBig[] = "ERROR: Output of Format was to big to handle\n";

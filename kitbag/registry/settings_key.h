@@ -55,7 +55,9 @@ RegistryKey OpenSection(const Ch* section) {
     return OpenedKey(HKEY_LOCAL_MACHINE, SettingsPath<Ch>(section).Get(), KEY_READ);
 }
 
-/// The section's key, opened for writing; every key missing along its path is created.
+/// The section's key, opened for writing; every key missing along its path is created. Full
+/// access, where storing a value takes less: whoever may store settings here may also delete them,
+/// and everybody else is refused before anything is changed.
 template <class Ch>
 RegistryKey CreateSection(const Ch* section) {
     return CreatedKey(HKEY_LOCAL_MACHINE, SettingsPath<Ch>(section).Get(), KEY_ALL_ACCESS);
