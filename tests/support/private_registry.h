@@ -57,6 +57,16 @@ class RawKey {
             ::RegGetValueW(key_, nullptr, name, RRF_RT_REG_DWORD, nullptr, &number, &size));
         return number;
     }
+    /// The type and the bytes of a value; no type and no bytes where it is missing.
+    std::pair<DWORD, std::string> Read(const wchar_t* name) const {
+        DWORD type = REG_NONE, size = 0;
+        ::RegQueryValueExW(key_, name, nullptr, &type, nullptr, &size);
+        std::string bytes(size, '\0');
+        ::RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(bytes.data()),
+                           &size);
+        return {type, bytes};
+    }
+
     /// The text without its terminator, which must be there; an empty text is stored as no bytes.
     std::wstring TextOf(const wchar_t* name) const {
         const auto [type, bytes] = Read(name);
@@ -81,15 +91,6 @@ class RawKey {
     static std::wstring PathOf(const std::string& section) {
         const std::string path = section.empty() ? kRoot : std::string(kRoot) + '\\' + section;
         return {path.begin(), path.end()};
-    }
-
-    std::pair<DWORD, std::string> Read(const wchar_t* name) const {
-        DWORD type = REG_NONE, size = 0;
-        ::RegQueryValueExW(key_, name, nullptr, &type, nullptr, &size);
-        std::string bytes(size, '\0');
-        ::RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(bytes.data()),
-                           &size);
-        return {type, bytes};
     }
 
     HKEY key_ = nullptr;
