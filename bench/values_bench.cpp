@@ -2,7 +2,7 @@
 
 #include <bench/benches.h>
 #include <kitbag/registry/tree.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/number_values.h>
 #include <kitbag/values/value_table.h>
 
 #include <cmath>

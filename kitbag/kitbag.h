@@ -25,10 +25,14 @@
 #include <kitbag/system/module_tracking.h>
 #include <kitbag/system/module_version.h>
 #include <kitbag/system/system_information.h>
+#include <kitbag/values/boolean_value.h>
+#include <kitbag/values/byte_array_value.h>
 #include <kitbag/values/external_program_table.h>
 #include <kitbag/values/filename_value.h>
+#include <kitbag/values/guid_value.h>
 #include <kitbag/values/media_location_table.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/number_values.h>
+#include <kitbag/values/text_values.h>
 #include <kitbag/values/uint32_enum.h>
 #include <kitbag/values/user_interface_level.h>
 #include <kitbag/values/value.h>

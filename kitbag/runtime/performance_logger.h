@@ -23,7 +23,8 @@
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/win_string.h>
 #include <kitbag/runtime/performance_timer.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/boolean_value.h>
+#include <kitbag/values/number_values.h>
 
 #include <cstdint>
 #include <cstdio>

@@ -7,8 +7,10 @@
 
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/win_string.h>
+#include <kitbag/values/boolean_value.h>
 #include <kitbag/values/filename_value.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/number_values.h>
+#include <kitbag/values/text_values.h>
 #include <kitbag/values/value_table.h>
 
 #include <vector>

@@ -3,7 +3,7 @@
 
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/win_string.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/text_values.h>
 
 /// A value named N is stored with three more beside it: "N/filter" (text), "N/Is directory" and
 /// "N/Must exist" (truth values). Where one of the three is missing, a load leaves it as it is.

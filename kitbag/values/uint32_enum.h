@@ -10,7 +10,7 @@
 
 #include <kitbag/frame/export.h>
 #include <kitbag/frame/win_string.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/number_values.h>
 
 #include <vector>
 

@@ -1,4 +1,5 @@
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/number_values.h>
+#include <kitbag/values/text_values.h>
 #include <kitbag/values/value.h>
 #include <kitbag/values/value_casts.h>
 #include <kitbag/values/value_collection.h>

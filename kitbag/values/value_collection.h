@@ -30,7 +30,7 @@
 #include <kitbag/frame/win_string.h>
 #include <kitbag/values/container_value.h>
 #include <kitbag/values/pointer_sequence.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/text_values.h>
 #include <kitbag/values/value.h>
 
 /// Points at its members, which are normally fields of the derived object, and owns none of them.

@@ -1,0 +1,109 @@
+// The bodies of ScalarValue: for whoever makes a scalar class, in the library or in a program.
+//
+// A class of a program's own, and how its datum is stored, takes a few lines:
+//
+//     template <>
+//     struct kitbag::Stored<double> {
+//         static bool Read(const char* section, const char* name, double& datum) {
+//             TWinString<char> text;
+//             if (!KB_GetTStringA(section, name, text)) return false;
+//             datum = std::atof(text.c_str());
+//             return true;
+//         }
+//         static void Write(const char* section, const char* name, double datum) {
+//             KB_SetTStringA(section, name, std::to_string(datum));
+//         }
+//     };
+//
+//     class DoubleValue : public kitbag::ScalarValue<DoubleValue, double> {
+//      public:
+//         using ScalarValue::ScalarValue;
+//         using ScalarValue::operator=;
+//         double GetValue() const { return Initialised(); }
+//         void SetValue(double value) { Commit(value); }
+//         void SetDefaultValue(double value) { default_ = value; }
+//         bool ExistsRegistry() const override { return IsStored(); }
+//         TWinString<char> SaveStringDataOnly() const override { return std::to_string(GetValue());
+//         }
+//     };
+//
+// Visitors and casts take its objects for plain values.
+#pragma once
+
+#include <kitbag/values/scalar_base.h>
+
+namespace kitbag {
+
+template <class Class, class Datum>
+ScalarValue<Class, Datum>::ScalarValue() = default;
+
+template <class Class, class Datum>
+ScalarValue<Class, Datum>::ScalarValue(const TWinString<char>& section,
+                                       const TWinString<char>& name, bool cached)
+    : DefaultValue(section, name, cached) {}
+
+template <class Class, class Datum>
+ScalarValue<Class, Datum>::ScalarValue(const ScalarValue&) = default;
+
+template <class Class, class Datum>
+ScalarValue<Class, Datum>& ScalarValue<Class, Datum>::operator=(const ScalarValue&) = default;
+
+template <class Class, class Datum>
+Value* ScalarValue<Class, Datum>::Copy() const {
+    return new Class(static_cast<const Class&>(*this));
+}
+
+template <class Class, class Datum>
+void ScalarValue<Class, Datum>::SaveRegistry() const {
+    // Not where it holds a datum already: an uncached one would be read back before it is written.
+    if (IsEmpty()) CheckInitialised();
+    Stored<Datum>::Write(GetRegistrySection().c_str(), GetValueName().c_str(), datum_);
+}
+
+template <class Class, class Datum>
+void ScalarValue<Class, Datum>::LoadRegistry() {
+    if (!ReadStored(datum_)) UseDefaultValue();
+    MarkInitialised();
+}
+
+template <class Class, class Datum>
+void ScalarValue<Class, Datum>::Accept(CValueVisitor& visitor) const {
+    visitor.Visit(static_cast<const Class&>(*this));
+}
+
+template <class Class, class Datum>
+void ScalarValue<Class, Datum>::UseDefaultValue() const {
+    DefaultValueSet(true);
+    datum_ = default_;
+}
+
+template <class Class, class Datum>
+const Datum& ScalarValue<Class, Datum>::Initialised() const {
+    CheckInitialised();
+    return datum_;
+}
+
+template <class Class, class Datum>
+void ScalarValue<Class, Datum>::Commit() {
+    MarkInitialised();
+    if (HasAutoRegistrySource()) SaveRegistry();
+}
+
+template <class Class, class Datum>
+void ScalarValue<Class, Datum>::Commit(const Datum& datum) {
+    datum_ = datum;
+    Commit();
+}
+
+template <class Class, class Datum>
+bool ScalarValue<Class, Datum>::ReadStored(Datum& datum) const {
+    return Stored<Datum>::Read(GetRegistrySection().c_str(), GetValueName().c_str(), datum);
+}
+
+template <class Class, class Datum>
+bool ScalarValue<Class, Datum>::IsStored() const {
+    Datum ignored{};
+    return ReadStored(ignored);
+}
+
+}  // namespace kitbag
