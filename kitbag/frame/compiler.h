@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <new>
 #endif
 
 namespace kitbag {
@@ -20,7 +21,9 @@ inline std::string StoredClassName(const std::type_info& type) { return type.nam
 inline std::string StoredClassName(const std::type_info& type) {
     const std::unique_ptr<char, decltype(&std::free)> name(
         abi::__cxa_demangle(type.name(), nullptr, nullptr, nullptr), &std::free);
-    return std::string("class ") + (name ? name.get() : type.name());
+    // A name in any other spelling would be stored and never found again.
+    if (!name) throw std::bad_alloc();
+    return std::string("class ") + name.get();
 }
 #endif
 

@@ -48,14 +48,14 @@ template <class Children>
 bool ContainerValue<Children>::RebootNeeded() const {
     const auto needed = [](const Value* child) { return child && child->RebootNeeded(); };
     return Value::RebootNeeded() || HasValueAction(RebootNeededAction) ||
-           std::any_of(children_.begin(), children_.end(), needed);
+           std::ranges::any_of(children_, needed);
 }
 
 template <class Children>
 bool ContainerValue<Children>::RestartNeeded() const {
     const auto needed = [](const Value* child) { return child && child->RestartNeeded(); };
     return Value::RestartNeeded() || HasValueAction(RestartNeededAction) ||
-           std::any_of(children_.begin(), children_.end(), needed);
+           std::ranges::any_of(children_, needed);
 }
 
 template <class Children>

@@ -16,9 +16,12 @@
 #include <climits>
 #include <memory>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace kitbag {
 
+/// The preset flags of a list or table. Programs compare whole words, and know a container by them.
 inline constexpr unsigned long kSequenceActions = 0xF0;
 
 inline constexpr char kTreeVersion[] = "Table Version";
@@ -54,13 +57,31 @@ void Adopt(Container& container, std::unique_ptr<Element> element) {
     if (container.AddEntry(element.get())) static_cast<void>(element.release());
 }
 
-/// Replaces the container's elements by copies.
-template <class Container, class Element>
-void CopyElements(Container& container, const OwnedSequence<Element>& elements) {
-    container.RemoveAllEntries();
+template <class Element>
+using Copies = std::vector<std::unique_ptr<Element>>;
+
+template <class Element>
+Copies<Element> CopiesOf(const OwnedSequence<Element>& elements) {
+    Copies<Element> copies;
     for (const Element* element : elements)
         if (element)
-            Adopt(container, std::unique_ptr<Element>(static_cast<Element*>(element->Copy())));
+            copies.push_back(std::unique_ptr<Element>(static_cast<Element*>(element->Copy())));
+    return copies;
+}
+
+/// Replaces the container's elements.
+template <class Container, class Element>
+void TakeOver(Container& container, Copies<Element> copies) {
+    container.RemoveAllEntries();
+    for (auto& copy : copies) Adopt(container, std::move(copy));
+}
+
+/// A row takes over the members of a row of its own class; of any other row what every row has.
+template <class Row, class AnyRow>
+Row& AssignRow(Row& row, const AnyRow& other) {
+    if (const auto* same = dynamic_cast<const Row*>(&other)) return row = *same;
+    row.AnyRow::operator=(other);
+    return row;
 }
 
 inline TWinString<char> TreeKey(const TWinString<char>& section, const TWinString<char>& name) {
@@ -94,7 +115,12 @@ template <class Container, class Take>
 void LoadTree(const TWinString<char>& tree, const char* classValue, const Container& container,
               Take take) {
     TWinString<char> key;
-    for (DWORD i = 0; KB_EnumKeyTStringA(tree.c_str(), i, key); ++i) {
+    for (DWORD i = 0;; ++i) {
+        if (!KB_EnumKeyTStringA(tree.c_str(), i, key)) {
+            // Something else may have put a key here whose name is too long to be told.
+            if (i < static_cast<DWORD>(KB_GetKeyCountA(tree.c_str()))) continue;
+            break;
+        }
         TWinString<char> className;
         KB_GetTStringA(key.c_str(), classValue, className);
         auto* created = container.EntryFactory(className);

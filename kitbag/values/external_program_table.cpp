@@ -1,4 +1,7 @@
+#include <kitbag/values/element_trees.h>
 #include <kitbag/values/external_program_table.h>
+
+#include <utility>
 
 ExternalProgramValueTableEntry::ExternalProgramValueTableEntry() {
     UserExperienceLevel.SetDefaultValue(2);
@@ -24,10 +27,7 @@ ExternalProgramValueTableEntry::ExternalProgramValueTableEntry(
 
 ExternalProgramValueTableEntry& ExternalProgramValueTableEntry::operator=(
     const ValueTableEntry& other) {
-    if (const auto* row = dynamic_cast<const ExternalProgramValueTableEntry*>(&other))
-        return *this = *row;
-    ValueTableEntry::operator=(other);
-    return *this;
+    return kitbag::AssignRow(*this, other);
 }
 
 Value* ExternalProgramValueTableEntry::Copy() const {
@@ -58,9 +58,11 @@ ExternalProgramValueTable::ExternalProgramValueTable(const ExternalProgramValueT
 
 ExternalProgramValueTable& ExternalProgramValueTable::operator=(
     const ExternalProgramValueTable& other) {
-    ValueTable::operator=(other);
+    // Before the rows, in one of which the other may lie.
+    auto section = other.section_;
     loaded_ = other.loaded_;
-    section_ = other.section_;
+    ValueTable::operator=(other);
+    section_.swap(section);
     return *this;
 }
 

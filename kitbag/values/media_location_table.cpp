@@ -1,3 +1,4 @@
+#include <kitbag/frame/text_steps.h>
 #include <kitbag/registry/stored_values.h>
 #include <kitbag/values/element_trees.h>
 #include <kitbag/values/media_location_table.h>
@@ -8,6 +9,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -56,12 +58,12 @@ bool IsAbsolute(const std::string& directory) {
 /// The length of a drive's root, "C:\".
 constexpr std::size_t kRootLength = 3;
 
+/// Without a final "\" or "\.".
 std::string Normalised(const std::string& directory) {
-    const std::size_t length = directory.size();
-    if (length >= kRootLength + 1 && directory.ends_with("\\."))
-        return directory.substr(0, std::max(length - 2, kRootLength));
-    if (length > kRootLength && directory.ends_with('\\')) return directory.substr(0, length - 1);
-    return directory;
+    std::string_view path = directory;
+    if (path.ends_with('.')) path.remove_suffix(1);
+    if (path.size() < kRootLength || !kitbag::EndsWithBackslash(path)) return directory;
+    return std::string(path.substr(0, std::max(path.size() - 1, kRootLength)));
 }
 
 }  // namespace
@@ -94,10 +96,7 @@ MediaLocationValueTableEntry::MediaLocationValueTableEntry(
 
 MediaLocationValueTableEntry& MediaLocationValueTableEntry::operator=(
     const ValueTableEntry& other) {
-    if (const auto* row = dynamic_cast<const MediaLocationValueTableEntry*>(&other))
-        return *this = *row;
-    ValueTableEntry::operator=(other);
-    return *this;
+    return kitbag::AssignRow(*this, other);
 }
 
 Value* MediaLocationValueTableEntry::Copy() const {
@@ -128,9 +127,9 @@ MediaLocationValueTable::MediaLocationValueTable(MediaType type) : mediaType_(ty
 }
 
 MediaLocationValueTable& MediaLocationValueTable::operator=(const MediaLocationValueTable& other) {
-    if (this == &other) return *this;
-    ValueTable::operator=(other);
+    // Before the rows, in one of which the other may lie.
     loaded_ = other.loaded_;
+    ValueTable::operator=(other);
     return *this;
 }
 

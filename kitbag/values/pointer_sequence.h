@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -14,11 +15,30 @@ template <class T>
 class PointerSequence {
  public:
     int Size() const { return static_cast<int>(slots_.size()); }
-    auto begin() { return slots_.begin(); }
-    auto begin() const { return slots_.begin(); }
-    auto end() { return slots_.end(); }
-    auto end() const { return slots_.end(); }
     bool operator==(const PointerSequence& other) const = default;
+
+    /// Walks by index: what an object appends or removes while it is visited leaves the walk whole.
+    class Walk {
+     public:
+        using value_type = T*;
+        using difference_type = std::ptrdiff_t;
+
+        Walk() = default;
+        explicit Walk(const std::vector<T*>& slots) : slots_(&slots) {}
+        T* operator*() const { return (*slots_)[index_]; }
+        Walk& operator++() {
+            ++index_;
+            return *this;
+        }
+        void operator++(int) { ++index_; }
+        bool operator==(std::default_sentinel_t) const { return index_ >= slots_->size(); }
+
+     private:
+        const std::vector<T*>* slots_ = nullptr;
+        std::size_t index_ = 0;
+    };
+    Walk begin() const { return Walk(slots_); }
+    std::default_sentinel_t end() const { return {}; }
 
     void Append(T& object) { slots_.push_back(&object); }
 

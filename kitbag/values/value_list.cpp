@@ -10,14 +10,18 @@ ValueList::ValueList() : ContainerValue(kitbag::kSequenceActions) {}
 
 ValueList::ValueList(const ValueList& other)
     : ContainerValue(other), auxiliaryText_(other.auxiliaryText_) {
-    kitbag::CopyElements(*this, other.children_);
+    kitbag::TakeOver(*this, kitbag::CopiesOf(other.children_));
 }
 
 ValueList& ValueList::operator=(const ValueList& other) {
     if (this == &other) return *this;
+    // All that may fail comes first, and all that the other is needed for: it may be an entry, or
+    // lie in one.
+    auto copies = kitbag::CopiesOf(other.children_);
+    auto text = other.auxiliaryText_;
     ContainerValue::operator=(other);
-    auxiliaryText_ = other.auxiliaryText_;
-    kitbag::CopyElements(*this, other.children_);
+    auxiliaryText_.swap(text);
+    kitbag::TakeOver(*this, std::move(copies));
     return *this;
 }
 

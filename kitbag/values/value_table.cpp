@@ -2,20 +2,25 @@
 #include <kitbag/values/value_table.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 ValueTable::ValueTable() : ContainerValue(kitbag::kSequenceActions) {}
 
 ValueTable::ValueTable(const ValueTable& other)
     : ContainerValue(other), auxiliaryText_(other.auxiliaryText_) {
-    kitbag::CopyElements(*this, other.children_);
+    kitbag::TakeOver(*this, kitbag::CopiesOf(other.children_));
 }
 
 ValueTable& ValueTable::operator=(const ValueTable& other) {
     if (this == &other) return *this;
+    // All that may fail comes first, and all that the other is needed for: it may be an entry, or
+    // lie in one.
+    auto copies = kitbag::CopiesOf(other.children_);
+    auto text = other.auxiliaryText_;
     ContainerValue::operator=(other);
-    auxiliaryText_ = other.auxiliaryText_;
-    kitbag::CopyElements(*this, other.children_);
+    auxiliaryText_.swap(text);
+    kitbag::TakeOver(*this, std::move(copies));
     return *this;
 }
 
@@ -65,9 +70,12 @@ ValueTableEntry* ValueTable::FindEntry(const IdentValue& ident) const {
 
 int ValueTable::FindEntryIndex(const IdentValue& ident) const {
     const TWinString<char> text = ident.GetValue();
-    const auto found = std::ranges::find_if(
-        children_, [&](const ValueTableEntry* row) { return row && row->GetIdent() == text; });
-    return found == children_.end() ? -1 : static_cast<int>(found - children_.begin());
+    int index = 0;
+    for (const ValueTableEntry* row : children_) {
+        if (row && row->GetIdent() == text) return index;
+        ++index;
+    }
+    return -1;
 }
 
 void ValueTable::Sort(const TWinString<char>& memberName) {
@@ -87,7 +95,7 @@ void ValueTable::Sort(const TWinString<char>& memberName) {
         return a.member->Compare(*b.member) < 0;
     });
 
-    std::ranges::transform(rows, children_.begin(), &Keyed::row);
+    for (int index = 0; const Keyed& keyed : rows) children_.At(index++) = keyed.row;
 }
 
 bool ValueTable::UsesUniqueIdents() const { return false; }
