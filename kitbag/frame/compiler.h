@@ -1,6 +1,8 @@
 // What differs from one compiler to the next; nothing else asks which compiler it is.
 #pragma once
 
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <typeinfo>
 
@@ -24,6 +26,44 @@ inline std::string StoredClassName(const std::type_info& type) {
     // A name in any other spelling would be stored and never found again.
     if (!name) throw std::bad_alloc();
     return std::string("class ") + name.get();
+}
+#endif
+
+#if defined(_MSC_VER)
+template <class T, class Operation>
+bool DoAlike(const T&, const T&, Operation) {
+    return false;
+}
+#else
+/// The code that an object's class has for a virtual operation, of which a pointer to it holds the
+/// offset in the table plus one.
+template <class T, class Operation>
+const unsigned char* CodeOf(const T& object, Operation operation) {
+    std::intptr_t offset = 0;
+    std::memcpy(&offset, &operation, sizeof offset);
+    const unsigned char* table = nullptr;
+    std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
+    const unsigned char* code = nullptr;
+    std::memcpy(&code, table + offset - 1, sizeof code);
+    return code;
+}
+
+/// Where code goes that is nothing but a jump through an import table: so a class of another module
+/// has an operation that it did not override.
+inline const unsigned char* BehindImport(const unsigned char* code) {
+    constexpr unsigned char kJumpThrough[] = {0xFF, 0x25};
+    if (std::memcmp(code, kJumpThrough, sizeof kJumpThrough) != 0) return code;
+    const unsigned char* slot = nullptr;
+    std::memcpy(&slot, code + sizeof kJumpThrough, sizeof slot);
+    std::memcpy(&code, slot, sizeof code);
+    return code;
+}
+
+/// True only where the two objects certainly have one and the same function for a virtual
+/// operation.
+template <class T, class Operation>
+bool DoAlike(const T& a, const T& b, Operation operation) {
+    return BehindImport(CodeOf(a, operation)) == BehindImport(CodeOf(b, operation));
 }
 #endif
 

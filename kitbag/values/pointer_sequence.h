@@ -37,6 +37,7 @@ class PointerSequence {
         const std::vector<T*>* slots_ = nullptr;
         std::size_t index_ = 0;
     };
+    const std::vector<T*>& Slots() const { return slots_; }
     Walk begin() const { return Walk(slots_); }
     std::default_sentinel_t end() const { return {}; }
 

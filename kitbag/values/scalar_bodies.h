@@ -62,6 +62,7 @@ void ScalarValue<Class, Datum>::SaveRegistry() const {
 
 template <class Class, class Datum>
 void ScalarValue<Class, Datum>::LoadRegistry() {
+    DatumChanges();
     if (!ReadStored(datum_)) UseDefaultValue();
     MarkInitialised();
 }
@@ -73,6 +74,7 @@ void ScalarValue<Class, Datum>::Accept(CValueVisitor& visitor) const {
 
 template <class Class, class Datum>
 void ScalarValue<Class, Datum>::UseDefaultValue() const {
+    DatumChanges();
     DefaultValueSet(true);
     datum_ = default_;
 }
@@ -91,6 +93,7 @@ void ScalarValue<Class, Datum>::Commit() {
 
 template <class Class, class Datum>
 void ScalarValue<Class, Datum>::Commit(const Datum& datum) {
+    DatumChanges();
     datum_ = datum;
     Commit();
 }

@@ -1,3 +1,4 @@
+#include <kitbag/values/known_rows.h>
 #include <kitbag/values/number_values.h>
 #include <kitbag/values/text_values.h>
 #include <kitbag/values/value.h>
@@ -50,10 +51,15 @@ Value::Value(const Value& other)
       empty_(other.empty_),
       valueInfoSource_(other.valueInfoSource_) {}
 
-Value::~Value() = default;
+Value::~Value() { DatumChanges(); }
+
+void Value::DatumChanges() const {
+    if (isRemembered_) kitbag::KnownRows::Forget();
+}
 
 Value& Value::operator=(const Value& other) {
     if (this == &other) return *this;
+    DatumChanges();
     rebootNeeded_ = other.HasValueAction(RebootNeededAction);
     restartNeeded_ = other.HasValueAction(RestartNeededAction);
     empty_ = other.empty_;
@@ -63,7 +69,10 @@ Value& Value::operator=(const Value& other) {
 }
 
 TWinString<char> Value::GetValueName() const { return valueName_; }
-void Value::SetValueName(const TWinString<char>& name) { valueName_ = name; }
+void Value::SetValueName(const TWinString<char>& name) {
+    DatumChanges();
+    valueName_ = name;
+}
 
 int Value::Compare(const Value& other) const {
     if (typeid(*this) != typeid(other))
@@ -86,6 +95,7 @@ TWinString<char> Value::SaveString() const { return valueName_ + '=' + SaveStrin
 void Value::SetRegistrySection(const TWinString<char>& section) { registrySection_ = section; }
 
 void Value::SetAutoRegistrySource(bool cached) {
+    DatumChanges();
     autoRegistrySource_ = true;
     cached_ = cached;
 }
@@ -156,6 +166,7 @@ TWinString<char> Value::FabricateDisplayName() const {
 void Value::SetDisplayName(const TWinString<char>& text) {
     for (const char* member : kDisplayNameMembers)
         if (UpdateStringValue(member, text)) return;
+    DatumChanges();
     valueName_ = text;
 }
 

@@ -16,6 +16,10 @@
 #include <kitbag/frame/win_string.h>
 #include <kitbag/values/visitor.h>
 
+namespace kitbag {
+class KnownRows;
+}  // namespace kitbag
+
 /// Tells a settings screen about values. Each operation fills the text and answers true where it
 /// knows the value; otherwise the value falls back on what it has itself.
 class ValueInfoSource {
@@ -140,8 +144,14 @@ class KITBAG_API Value : public CValueVisitor {
     const TWinString<char>& GetRegistrySection() const { return registrySection_; }
     bool HasAutoRegistrySource() const { return autoRegistrySource_; }
     void MarkInitialised() const { empty_ = false; }
+    /// What sets the datum calls it first: tables remember identifiers that are made of it.
+    void DatumChanges() const;
 
  private:
+    friend class kitbag::KnownRows;
+
+    bool IsReadEveryTime() const { return autoRegistrySource_ && !cached_; }
+
     using SourceText = bool (ValueInfoSource::*)(const Value&, TWinString<char>&);
     bool AskSource(SourceText text, TWinString<char>& out) const;
 
@@ -152,6 +162,8 @@ class KITBAG_API Value : public CValueVisitor {
     mutable bool empty_ = true;
     bool autoRegistrySource_ = false;
     bool cached_ = false;
+    // Lies where the layout had a gap.
+    mutable bool isRemembered_ = false;
     mutable TWinString<char> registrySection_;
     ValueInfoSource* valueInfoSource_ = nullptr;
 };

@@ -71,7 +71,9 @@ ValueTableEntry& ValueTableEntry::operator=(const ValueCollection& other) {
 
 void ValueTableEntry::DeclareValue(Value& value, const TWinString<char>& name, bool isIdent) {
     ValueCollection::DeclareValue(value, name);
-    if (isIdent) identMembers_.Append(value);
+    if (!isIdent) return;
+    DatumChanges();
+    identMembers_.Append(value);
 }
 
 void ValueTableEntry::GetIdent(IdentValue& ident) const {

@@ -95,5 +95,7 @@ class KITBAG_API ValueTableEntry : public ValueCollection {
     void Accept(CValueVisitor& visitor) const override;
 
  private:
+    friend class kitbag::KnownRows;
+
     kitbag::PointerSequence<Value> identMembers_;
 };

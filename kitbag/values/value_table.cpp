@@ -1,4 +1,5 @@
 #include <kitbag/values/element_trees.h>
+#include <kitbag/values/known_rows.h>
 #include <kitbag/values/value_table.h>
 
 #include <algorithm>
@@ -70,6 +71,7 @@ ValueTableEntry* ValueTable::FindEntry(const IdentValue& ident) const {
 
 int ValueTable::FindEntryIndex(const IdentValue& ident) const {
     const TWinString<char> text = ident.GetValue();
+    if (const auto known = kitbag::KnownRows::Find(children_, text)) return *known;
     int index = 0;
     for (const ValueTableEntry* row : children_) {
         if (row && row->GetIdent() == text) return index;

@@ -1,177 +1,292 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
-#include <tests/values/damaged_settings.h>
-
-#include <memory>
+#include <tests/support/printing.h>
+#include <tests/support/private_registry.h>
 
 namespace {
 
 using namespace kitbag::test;
 using Text = TWinString<char>;
+using Action = Value::ValueAction;
 
-TEST(Values, LoseTheirPlaceWhenCopiedAndKeepItWhenAssigned) {
+TEST(Value, IsNewWithoutNameTextsOrNeeds) {
+    const TStringValue value;
+    EXPECT_TRUE(value.IsEmpty());
+    EXPECT_EQ(0x100u, value.GetValueActions());
+    EXPECT_EQ(0, value.GetMinimumUserInterfaceLevel());
+    EXPECT_EQ("", value.GetValueName());
+    EXPECT_EQ("", value.GetDisplayName());
+    EXPECT_EQ("", value.GetDescription());
+    EXPECT_EQ("", value.GetHelpFile());
+    EXPECT_FALSE(value.RebootNeeded());
+    EXPECT_FALSE(value.RestartNeeded());
+}
+
+TEST(Value, ChangesFlagsWithoutTheLevelAndTheLevelWithoutFlags) {
+    const struct {
+        const char* what;
+        void (*change)(Value&);
+        unsigned long word;
+    } rows[] = {
+        {"set", [](Value& value) { value.SetValueAction(Action{0xFFFF0C1A}); }, 0x13D35},
+        {"unset", [](Value& value) { value.UnsetValueAction(Action{0xFFFF2105}); }, 0x11025},
+        {"level", [](Value& value) { value.SetMinimumUserInterfaceLevel(Action{0xD3}); }, 0x13123},
+        {"word", [](Value& value) { value.SetValueActions(0x2005); }, 0x2005},
+    };
+    for (const auto& [what, change, word] : rows) {
+        SCOPED_TRACE(what);
+        Int32Value value;
+        value.SetValueActions(0x13125);
+        change(value);
+        EXPECT_EQ(word, value.GetValueActions());
+        EXPECT_EQ(int(word & 0xF), value.GetMinimumUserInterfaceLevel());
+    }
+}
+
+TEST(Value, HasAnActionWhereAllOfItsBitsAreSet) {
+    Int32Value value;
+    value.SetValueActions(0x3002);
+    const struct {
+        unsigned long action;
+        bool has;
+    } rows[] = {{0x3000, true}, {0x1000, true}, {0x3800, false}, {2, true}, {3, false}, {0, true}};
+    for (const auto& [action, has] : rows)
+        EXPECT_EQ(has, value.HasValueAction(Action{action})) << std::hex << action;
+}
+
+TEST(Value, LosesItsPlaceWhenItIsCopied) {
+    UInt32Value source("S", "N", true);
+    source.SetValue(7);
+    source.SetDefaultValue(3);
+    source.SetValueActions(0x1002);
+    UInt32Value copy(source);
+    EXPECT_EQ("N=7", copy.SaveString());
+    EXPECT_EQ(3u, copy.GetDefaultValue());
+    EXPECT_EQ(0x1002u, copy.GetValueActions());
+    EXPECT_FALSE(copy.RestartNeeded()) << "only an assignment asks for it";
+    copy.SetValue(8);
+    copy.SaveRegistry();
+    EXPECT_EQ(7u, RawKey("S").NumberOf(L"N"));
+    EXPECT_TRUE(UInt32Value(UInt32Value("S", "N", true)).IsEmpty());
+}
+
+TEST(Value, KeepsItsPlaceWhenItIsAssigned) {
     UInt32Value source("S", "Source", true), target("S", "Target", true);
     source.SetValue(7);
     source.SetDefaultValue(3);
-    source.SetValueActions(0x3002);
-    UInt32Value copy(source);
-    EXPECT_TRUE(copy.SaveString() == "Source=7" && copy.GetDefaultValue() == 3);
-    copy.SetValue(8);
+    source.SetMinimumUserInterfaceLevel(Action{2});
     target = source;
     EXPECT_EQ("Target=7", target.SaveString());
-    EXPECT_TRUE(target.RebootNeeded() && target.GetMinimumUserInterfaceLevel() == 2);
-    EXPECT_FALSE(source.RebootNeeded() || copy.RebootNeeded());
+    EXPECT_EQ(3u, target.GetDefaultValue());
+    EXPECT_EQ(2, target.GetMinimumUserInterfaceLevel());
+    EXPECT_FALSE(RawKey("S").Has(L"Target")) << "an assignment writes nothing";
     target.SetValue(9);
-    EXPECT_TRUE(NumberIn("S", "Source") == 7u && NumberIn("S", "Target") == 9u);
+    EXPECT_EQ(9u, RawKey("S").NumberOf(L"Target"));
+    EXPECT_EQ(7u, RawKey("S").NumberOf(L"Source"));
 }
 
-/// Each cast knows its own class alone.
-template <class... T>
-void ExpectExactCasts(T* (*... casts)(const Value*)) {
-    const auto expect = [&](const Value& value, auto* cast) {
-        const std::unique_ptr<Value> copy(value.Copy());
-        EXPECT_TRUE(cast(copy.get()) && !cast(nullptr));
-        EXPECT_EQ(1, ((casts(&value) != nullptr) + ...));
-    };
-    (expect(T(), casts), ...);
-}
-
-TEST(Values, AreCastToAndVisitedAsTheirExactClass) {
-    ExpectExactCasts(KB_GetAsValueTableEntry, KB_GetAsValueCollection, KB_GetAsBooleanValue,
-                     KB_GetAsByteArrayValue, KB_GetAsGuidValue, KB_GetAsInt32Value,
-                     KB_GetAsUInt32Value, KB_GetAsUInt32Enum, KB_GetAsTStringValue,
-                     KB_GetAsFilenameValue, KB_GetAsIdentValue,
-                     KB_GetAsExternalProgramValueTableEntry, KB_GetAsMediaLocationValueTableEntry);
-
-    struct : CValueVisitor {
-        using CValueVisitor::Visit;
-        void Visit(const IdentValue&) override { ++seen; }
-        int seen = 0;
-    } visitor;
-    IdentValue().Accept(visitor);
-    EXPECT_EQ(1, visitor.seen);
-}
-
-TEST(Values, CompareAsNumbersOrAsTexts) {
-    UInt32Enum none, ten;
-    ten.SetValue(10);
-    EXPECT_EQ(-1, none.Compare(ten));
-    EXPECT_EQ(0, IdentValue("A").Compare(IdentValue("a")));
-    // Of two classes, with regard to case.
-    TStringValue small;
-    small.SetValue("a");
-    EXPECT_EQ(1, small.Compare(IdentValue("A")));
-}
-
-TEST(Values, HaveTextsOfTheirOwn) {
-    UInt32Enum quality;
-    for (const char* name : {"Low", "Also low", "High"}) quality.AddElement(*name == 'H', name);
-    EXPECT_EQ("Low=0High", quality.ToString() + quality.SaveString() + quality.Lookup(1));
-    EXPECT_TRUE(quality[2] == 1 && quality[3] == 0 && quality[-1] == 0);
-    BooleanValue truth;
-    Text texts;
-    for (const int sixth : {0, 1, 2, 3, 4, 5}) {
-        truth.Type(sixth / 2);
-        truth.SetValue(sixth % 2);
-        texts += truth.SaveStringDataOnly() + ' ';
+TEST(Value, NeedsWhatTheAssignedOnesActionsSay) {
+    const struct {
+        unsigned long actions;
+        bool reboot, restart;
+    } rows[] = {
+        {0x1000, false, true}, {0x2000, true, false}, {0x3000, true, true}, {0, false, false}};
+    Int32Value target;
+    for (const auto& [actions, reboot, restart] : rows) {
+        SCOPED_TRACE(actions);
+        Int32Value source;
+        source.SetValueActions(actions);
+        target = source;
+        EXPECT_EQ(reboot, target.RebootNeeded());
+        EXPECT_EQ(restart, target.RestartNeeded());
+        EXPECT_EQ(actions, target.GetValueActions());
+        EXPECT_EQ(reboot, Int32Value(target).RebootNeeded());
+        EXPECT_EQ(restart, Int32Value(target).RestartNeeded());
+        EXPECT_FALSE(source.RebootNeeded());
     }
-    EXPECT_EQ("False True Off On No Yes ", texts);
-    const IdentValue ident("id='3' name='Disk");
-    EXPECT_TRUE(ident.GetStringField("id") == "3" && ident.GetStringField("name").empty());
+    Int32Value& self = target;
+    target.SetValueAction(Value::RebootNeededAction);
+    target = self;
+    EXPECT_FALSE(target.RebootNeeded()) << "assigned to itself";
 }
 
-TEST(Values, AreDescribedByTheirSourceElseByThemselves) {
-    struct : ValueInfoSource {
-        bool GetDisplayName(const Value&, Text& text) override { return text = "Shown", knows; }
-        bool GetDescription(const Value&, Text& text) override { return text = "About", knows; }
-        bool GetHelpFile(const Value&, Text& text) override { return text = "Help", knows; }
-        bool knows = true;
-    } source;
+TEST(Value, KeepsItsDatumWhenItIsAssignedAsAValue) {
+    Int32Value source, target;
+    source.SetValue(7);
+    target.SetValue(8);
+    static_cast<Value&>(target) = source;
+    EXPECT_EQ(8, target.GetValue());
+}
+
+template <class Class>
+Class Named(const char* name, auto value) {
+    Class made;
+    made.SetValueName(name);
+    made.SetValue(value);
+    return made;
+}
+
+int SignOf(int number) { return (number > 0) - (number < 0); }
+
+TEST(Value, IsComparedAsANumberOrAsAText) {
+    const auto signedOnes = [](long value) { return Named<Int32Value>("", value); };
+    const auto numbers = [](unsigned long value) { return Named<UInt32Value>("", value); };
+    const auto enums = [](unsigned long value) { return Named<UInt32Enum>("", value); };
+    const auto texts = [](const char* value) { return Named<TStringValue>("", value); };
+    const auto idents = [](const char* value) { return Named<IdentValue>("", value); };
+    const auto expect = [](const char* what, int sign, const Value& a, const Value& b) {
+        EXPECT_EQ(sign, SignOf(a.Compare(b))) << what;
+        EXPECT_EQ(-sign, SignOf(b.Compare(a))) << what << ", the other way";
+    };
+    expect("signed numbers", -1, signedOnes(-1), signedOnes(1));
+    expect("equal signed numbers", 0, signedOnes(5), signedOnes(5));
+    expect("unsigned numbers", 1, numbers(0xFFFFFFFF), numbers(1));
+    expect("equal unsigned numbers", 0, numbers(5), numbers(5));
+    expect("numbers of derived classes", 1, enums(10), enums(9));
+    expect("texts without regard to case", 0, texts("A"), texts("a"));
+    expect("texts by their letters", -1, texts("a"), texts("B"));
+    expect("names before texts", 1, Named<TStringValue>("B", "a"), Named<TStringValue>("A", "b"));
+    expect("two classes with regard to case", 1, texts("a"), idents("B"));
+    expect("two classes of numbers as texts", -1, signedOnes(10), numbers(9));
+}
+
+TEST(Value, KnowsWhatItIs) {
+    const ValueCollection collection;
+    const ValueTableEntry row;
+    const ExternalProgramValueTableEntry program;
+    const ExternalProgramValueTable table("Tools");
+    const Int32Value number;
+    const struct {
+        const char* what;
+        const Value& value;
+        bool isCollection, isTableEntry;
+    } rows[] = {{"collection", collection, true, false},
+                {"row", row, true, true},
+                {"program row", program, true, true},
+                {"table", table, false, false},
+                {"number", number, false, false}};
+    for (const auto& [what, value, isCollection, isTableEntry] : rows) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(isCollection, value.IsCollection());
+        EXPECT_EQ(isTableEntry, value.IsTableEntry());
+        EXPECT_FALSE(value.IsTable());
+    }
+}
+
+struct Source : ValueInfoSource {
+    bool GetDisplayName(const Value& value, Text& text) override {
+        return Tell("Shown", value, text);
+    }
+    bool GetDescription(const Value& value, Text& text) override {
+        return Tell("About", value, text);
+    }
+    bool GetHelpFile(const Value& value, Text& text) override { return Tell("Help", value, text); }
+    bool Tell(const char* what, const Value& value, Text& text) const {
+        text = what + (' ' + value.GetValueName());
+        return knows;
+    }
+    bool knows = true;
+};
+
+TEST(Value, IsDescribedByItsSource) {
+    Source first, second;
+    BooleanValue value;
+    value.SetValueName("Mute");
+    EXPECT_EQ(nullptr, value.SetValueInfoSource(&first));
+    EXPECT_EQ(&first, value.SetValueInfoSource(&second));
+    BooleanValue assigned;
+    assigned = value;
+    for (const Value& described : {value, BooleanValue(value)}) {
+        EXPECT_EQ("Shown Mute", described.GetDisplayName());
+        EXPECT_EQ("About Mute", described.GetDescription());
+        EXPECT_EQ("Help Mute", described.GetHelpFile());
+    }
+    EXPECT_EQ("About ", assigned.GetDescription());
+    second.knows = false;
+    EXPECT_EQ("Mute", value.GetDisplayName());
+    EXPECT_EQ("", value.GetDescription());
+    EXPECT_EQ("", value.GetHelpFile());
+}
+
+TEST(Value, IsDisplayedByItsMembersElseByItsName) {
     ValueCollection value;
     TStringValue name, displayName;
-    const auto texts = [&] {
-        return value.GetDisplayName() + '|' + value.GetDescription() + '|' + value.GetHelpFile();
-    };
-    value.SetValueInfoSource(&source);
-    EXPECT_EQ("Shown|About|Help", texts());
-    source.knows = false;
     value.SetDisplayName("Own");
+    EXPECT_EQ("Own", value.GetValueName());
     value.DeclareValue(name, "Name");
+    EXPECT_EQ("Own", value.FabricateDisplayName()) << "the member is empty";
     value.SetDisplayName("By name");
+    EXPECT_EQ("By name", name.GetValue());
     value.DeclareValue(displayName, "DisplayName");
-    EXPECT_EQ("By name||", texts()) << "the other member is empty";
+    EXPECT_EQ("By name", value.GetDisplayName()) << "the other member is empty";
     value.SetDisplayName("By display name");
-    EXPECT_EQ("By display name||By nameOwn", texts() + name.GetValue() + value.GetValueName());
+    EXPECT_EQ("By display name", displayName.GetValue());
+    EXPECT_EQ("By display name", value.GetDisplayName());
+    EXPECT_EQ("By name", name.GetValue());
+    EXPECT_EQ("Own", value.GetValueName());
 }
 
-TEST(Values, AreReadOnFirstUseOrOnEveryUse) {
+TEST(Value, IsDisplayedByTextMembersOfCollectionsAndPlainRowsOnly) {
+    TStringValue text;
+    FilenameValue file;
+    text.SetValue("Member");
+    file.SetValue("Member");
+    ValueTableEntry row;
+    row.DeclareValue(text, "Name");
+    EXPECT_EQ("Member", row.GetDisplayName());
+    ValueCollection withFile;
+    withFile.DeclareValue(file, "Name");
+    EXPECT_EQ("", withFile.GetDisplayName()) << "a file name is no text";
+    MediaLocationValueTableEntry folder;
+    folder.ValueCollection::DeclareValue(text, "Name");
+    EXPECT_EQ("", folder.GetDisplayName()) << "a class of its own";
+}
+
+TEST(Value, IsReadOnFirstUseOrOnEveryUse) {
     const RawKey key("S");
     key.Set(L"N", 7u);
-    UInt32Value once("S", "N", true), always("S", "N", false), missing("S", "M", true);
-    EXPECT_TRUE(once.IsEmpty() && once.GetValue() == 7 && always.GetValue() == 7);
+    UInt32Value once("S", "N", true), always("S", "N", false);
+    EXPECT_TRUE(once.IsEmpty());
+    EXPECT_EQ(7u, once.GetValue());
+    EXPECT_EQ(7u, always.GetValue());
+    EXPECT_FALSE(once.IsEmpty());
     key.Set(L"N", 8u);
-    EXPECT_TRUE(once.GetValue() == 7 && always.GetValue() == 8);
-    // What was just set is what is written, not what was read back.
+    EXPECT_EQ(7u, once.GetValue());
+    EXPECT_EQ(8u, always.GetValue());
+    // What was just set is written, not what was read back.
     always.SetValue(9);
     EXPECT_EQ(9u, key.NumberOf(L"N"));
-    // An unsigned number alone writes its default, and only where nothing is stored.
-    BooleanValue("S", "B", true).SetDefaultValue(true, true);
-    for (const unsigned long value : {5u, 6u}) missing.SetDefaultValue(value, true);
-    EXPECT_TRUE(key.NumberOf(L"M") == 5 && !key.Has(L"B"));
 }
 
-TEST(Values, TakeWhatIsStoredWholeAndElseTheirDefaults) {
-    const std::string guidText = "{00020400-0000-0000-C000-000000000046}";
-    const RawKey key("S");
-    for (int round = 0; round < 500; ++round) {
-        SCOPED_TRACE(round);
-        for (const wchar_t* name : {L"N", L"N/filter", L"N/Is directory"})
-            Store(key, name, {{guidText.begin(), guidText.end()}, L"it's \u00e9", L"{}"});
-        // What it loads, and what it writes elsewhere.
-        const auto expect = [](auto&& value, auto byDefault, auto read, bool exists = false) {
-            const auto stored = read("S", "N");
-            value.SetValueName("N");
-            value.SetDefaultValue(byDefault);
-            value.LoadRegistry("S");
-            EXPECT_TRUE(value.GetValue() == stored.value_or(byDefault));
-            EXPECT_TRUE(value.HasDefaultValue() == !stored && value.ExistsRegistry() == exists);
-            value.SaveRegistry("T");
-            EXPECT_TRUE(read("T", "N") == value.GetValue());
-        };
-        const auto text = TextIn("S", "N");
-        const bool isText = text.has_value(), isNumber = NumberIn("S", "N").has_value();
-        expect(BooleanValue(), true, NumberIn<bool>, isNumber);
-        EXPECT_GE(1u, NumberIn("T", "N"));
-        expect(UInt32Enum(), 5ul, NumberIn<DWORD>, isNumber);
-        expect(Int32Value(), -5l, NumberIn<long>);
-        expect(IdentValue(), "default", TextIn, isText);
+TEST(Value, WritesChangesFromTheTimeOnThatItHasASource) {
+    UInt32Value value;
+    value.SetRegistrySection("S");
+    value.SetValueName("N");
+    value.SetValue(5);
+    EXPECT_FALSE(RawKey::Exists("S"));
+    value.SetAutoRegistrySource(true);
+    value.SetValue(6);
+    EXPECT_EQ(6u, RawKey("S").NumberOf(L"N"));
+    value.SetAutoRegistrySource("T", "M", false);
+    EXPECT_EQ("M=0", value.SaveString()) << "read anew, and nothing is stored there";
+}
 
-        // Its attributes stay where nothing is stored, as the bytes of an array do.
-        FilenameValue file;
-        file.SetFilterString("*");
-        file.SetIsDirectory(true);
-        expect(file, "default", TextIn, isText);
-        EXPECT_EQ(TextIn("S", "N/filter").value_or("*"), TextIn("T", "N/filter"));
-        EXPECT_EQ(NumberIn<bool>("S", "N/Is directory").value_or(true),
-                  NumberIn<bool>("T", "N/Is directory"));
-        ByteArrayValue bytes("S", "N", true);
-        *bytes.SetValueSize(1) = 'k';
-        const std::string expected = BytesIn("S", "N").value_or("k");
-        EXPECT_EQ(std::string(expected.size(), '\7'), bytes.SaveStringDataOnly());
-        EXPECT_FALSE(bytes.ExistsRegistry() || bytes.HasDefaultValue());
-        bytes.SaveRegistry("T");
-        EXPECT_EQ(expected, BytesIn("T", "N", REG_BINARY));
+TEST(Value, MovesToASectionAndIsWrittenThereWhereItHasAName) {
+    UInt32Value value;
+    value.SetValue(5);
+    value.SaveRegistry("S");
+    EXPECT_FALSE(RawKey::Exists("S"));
+    value.SetValueName("N");
+    value.SaveRegistry();
+    EXPECT_EQ(5u, RawKey("S").NumberOf(L"N"));
 
-        // The default is taken first, so that it shows wherever the text is no GUID.
-        GuidValue identity;
-        identity.SetValueName("N");
-        identity.SetDefaultValue(IID_IUnknown);
-        identity.LoadRegistry("S");
-        EXPECT_TRUE(identity.GetValue() == (text == guidText ? IID_IDispatch : IID_IUnknown));
-        EXPECT_TRUE(identity.HasDefaultValue() && identity.ExistsRegistry() == isText);
-        identity.SaveRegistry("T");
-        EXPECT_EQ(text == guidText, TextIn("T", "N") == guidText);
-    }
+    RawKey("T").Set(L"M", 6u);
+    UInt32Value loaded;
+    loaded.LoadRegistry("T");
+    EXPECT_TRUE(loaded.IsEmpty());
+    loaded.SetValueName("M");
+    loaded.LoadRegistry();
+    EXPECT_EQ(6u, loaded.GetValue());
 }
 
 }  // namespace

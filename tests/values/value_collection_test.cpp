@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+#include <kitbag/kitbag.h>
+#include <tests/support/private_registry.h>
+#include <tests/values/recordings.h>
+
+#include <deque>
+#include <stdexcept>
+
+namespace {
+
+using namespace kitbag::test;
+
+TEST(ValueCollection, PointsAtItsMembers) {
+    ValueCollection collection;
+    TStringValue first, second, named;
+    named.SetValueName("Own name");
+    collection.DeclareValue(first, "A");
+    collection.DeclareValue(second, "A");
+    collection.DeclareValue(named);
+    EXPECT_EQ(3, collection.size());
+    EXPECT_EQ("{A='',A='',Own name=''}", collection.SaveStringDataOnly());
+    EXPECT_EQ(&first, collection.GetValue("A")) << "the first of one name";
+    EXPECT_EQ(&named, collection.GetValue("Own name"));
+    EXPECT_EQ(nullptr, collection.GetValue("a"));
+    EXPECT_EQ(&second, collection[1]);
+    EXPECT_EQ(0, ValueCollection(collection).size());
+    EXPECT_EQ("{}", ValueCollection().SaveStringDataOnly());
+}
+
+TEST(ValueCollection, IsLengthenedPastItsEnd) {
+    ValueCollection collection;
+    Int32Value member;
+    collection.DeclareValue(member, "A");
+    EXPECT_EQ(nullptr, collection.at(5));
+    EXPECT_EQ(6, collection.size());
+    EXPECT_THROW(collection[-1], std::length_error);
+    EXPECT_EQ(nullptr, collection.GetValue("B")) << "null members are passed over";
+    EXPECT_EQ("{A=0}", collection.SaveStringDataOnly());
+}
+
+TEST(ValueCollection, EqualsOneOfTheSameMembers) {
+    ValueCollection collection, same, other, longer;
+    Int32Value member, twin;
+    for (ValueCollection* each : {&collection, &same, &longer}) each->DeclareValue(member, "A");
+    longer.DeclareValue(twin, "B");
+    other.DeclareValue(twin, "A");
+    EXPECT_TRUE(collection == same);
+    EXPECT_FALSE(collection == other) << "equal content";
+    EXPECT_FALSE(collection == longer);
+    EXPECT_FALSE(collection == ValueCollection(collection));
+}
+
+TEST(ValueCollection, StartsWithItsOwnFlags) {
+    EXPECT_EQ(0x130u, ValueCollection().GetValueActions());
+    EXPECT_EQ(0x130u, ValueTableEntry().GetValueActions());
+    EXPECT_EQ(0xF0u, Recordings().GetValueActions());
+    EXPECT_EQ(0xF0u, Notes().GetValueActions());
+}
+
+/// For a collection, a list or a table with this child: levels go down, needs come up.
+template <class Container>
+void ExpectLevelsAndNeeds(const char* what, Container& container, Int32Value& child) {
+    SCOPED_TRACE(what);
+    Int32Value source;
+    const struct {
+        const char* what;
+        unsigned long childs, own;
+        bool reboot, restart;
+    } rows[] = {{"nothing", 0, 0, false, false},
+                {"the child reboots", 0x2000, 0, true, false},
+                {"the child restarts", 0x1000, 0, false, true},
+                {"the container reboots", 0, 0x2000, true, false},
+                {"the container restarts", 0, 0x1000, false, true}};
+    for (const auto& [needs, childs, own, reboot, restart] : rows) {
+        SCOPED_TRACE(needs);
+        source.SetValueActions(childs);
+        child = source;
+        container.SetValueActions(own | 2);
+        EXPECT_EQ(own | 2, container.GetValueActions());
+        EXPECT_EQ(childs | 2, child.GetValueActions()) << "the level alone";
+        EXPECT_EQ(reboot, container.RebootNeeded());
+        EXPECT_EQ(restart, container.RestartNeeded());
+        EXPECT_EQ((childs & 0x2000) != 0, child.RebootNeeded());
+        container.SetMinimumUserInterfaceLevel(Value::ValueAction{0x13});
+        EXPECT_EQ(own | 3, container.GetValueActions());
+        EXPECT_EQ(childs | 3, child.GetValueActions());
+    }
+    source.SetValueActions(0x3000);
+    container.SetValueActions(0);
+    Container assigned;
+    static_cast<Value&>(assigned) = source;
+    EXPECT_TRUE(assigned.RebootNeeded()) << "by assignment";
+    EXPECT_TRUE(assigned.RestartNeeded()) << "by assignment";
+}
+
+TEST(ValueCollection, PassesLevelsOnAndAsksItsChildrenAsListsAndTablesDo) {
+    ValueCollection collection;
+    Int32Value member;
+    collection.at(0);
+    collection.DeclareValue(member, "A");
+    ExpectLevelsAndNeeds("collection", collection, member);
+    Notes list{1};
+    ExpectLevelsAndNeeds("list", list, dynamic_cast<Int32Value&>(*list[0]));
+    Recordings table{1};
+    ExpectLevelsAndNeeds("table", table, table.Row(0).Minutes);
+}
+
+TEST(ValueCollection, SavesAndLoadsItsMembersInASection) {
+    ValueCollection collection;
+    Int32Value first, second;
+    Recordings table{4};
+    collection.DeclareValue(first, "First");
+    collection.DeclareValue(second, "Second");
+    collection.DeclareValue(table, "Table");
+    first.SetValue(1);
+    second.SetValue(2);
+    second.SetDefaultValue(9);
+    collection.SaveRegistry();
+    EXPECT_FALSE(RawKey::Exists()) << "it has no place of its own";
+    collection.SaveRegistry("S");
+    EXPECT_EQ(1u, RawKey("S").NumberOf(L"First"));
+    EXPECT_EQ(2u, RawKey("S").NumberOf(L"Second"));
+    EXPECT_EQ(4u, RawKey("S\\Table\\00000000").NumberOf(L"Minutes"));
+    KB_SetIntA("S", "First", 7);
+    KB_DeleteValueA("S", "Second");
+    EXPECT_TRUE(collection.IsEmpty());
+    collection.LoadRegistry("S");
+    EXPECT_FALSE(collection.IsEmpty());
+    EXPECT_EQ(7, first.GetValue());
+    EXPECT_EQ(9, second.GetValue());
+    EXPECT_EQ("4 4", table.Minutes());
+}
+
+/// Declares others while it is loaded, saved, shown or takes a level.
+struct Spreading : Int32Value {
+    using Int32Value::operator=;
+    using Int32Value::LoadRegistry;
+    using Int32Value::SaveRegistry;
+    void SaveRegistry(const TWinString<char>& section) const override {
+        Int32Value::SaveRegistry(section);
+        Spread();
+    }
+    void LoadRegistry(const TWinString<char>& section) override {
+        Int32Value::LoadRegistry(section);
+        Spread();
+    }
+    void SetMinimumUserInterfaceLevel(ValueAction level) override {
+        Int32Value::SetMinimumUserInterfaceLevel(level);
+        Spread();
+    }
+    TWinString<char> ToString() const override {
+        Spread();
+        return {};
+    }
+    void Spread() const {
+        while (others.size() < 100) {
+            others.emplace_back();
+            collection.DeclareValue(others.back(), std::to_string(others.size()));
+        }
+    }
+
+    mutable ValueCollection collection;
+    mutable std::deque<Int32Value> others;
+};
+
+TEST(ValueCollection, VisitsMembersThatAMemberDeclaresMeanwhile) {
+    for (int number = 1; number <= 100; ++number)
+        KB_SetIntA("S", std::to_string(number).c_str(), number);
+    Spreading loading, saving, taking, showing;
+    for (Spreading* each : {&loading, &saving, &taking, &showing})
+        each->collection.DeclareValue(*each, "Spreading");
+    loading.collection.LoadRegistry("S");
+    EXPECT_EQ(100, loading.others.back().GetValue());
+    saving.collection.SaveRegistry("T");
+    EXPECT_TRUE(RawKey("T").Has(L"100"));
+    taking.collection.SetMinimumUserInterfaceLevel(Value::ValueAction{2});
+    EXPECT_EQ(2, taking.others.back().GetMinimumUserInterfaceLevel());
+    EXPECT_TRUE(showing.collection.SaveStringDataOnly().ends_with(",100=0}"));
+}
+
+TEST(ValueTableEntry, IsIdentifiedBySomeOfItsMembers) {
+    ValueTableEntry row;
+    TStringValue name, note;
+    Int32Value number;
+    EXPECT_EQ("", row.GetIdent().GetValue());
+    row.DeclareValue(name, "Name", true);
+    EXPECT_EQ("Name=''", row.GetIdent().GetValue());
+    row.DeclareValue(note, "Note", false);
+    row.DeclareValue(number, "Number", true);
+    name.SetValue("a");
+    IdentValue ident;
+    row.GetIdent(ident);
+    EXPECT_EQ("Name='a'|Number=0", ident.GetValue());
+    EXPECT_EQ(3, row.size());
+    EXPECT_EQ("", ValueTableEntry(row).GetIdent().GetValue()) << "a copy has no members";
+}
+
+TEST(ValueTableEntry, IsAssignedMemberByMemberThroughItsBases) {
+    const Recording source("One", 5);
+    const auto expect = [&](const char* what, auto&& assign) {
+        Recording row;
+        assign(row);
+        EXPECT_EQ("={Channel='One',Minutes=5}", row.ToString()) << what;
+    };
+    expect("as a row", [&](Recording& row) { static_cast<ValueTableEntry&>(row) = source; });
+    expect("as a collection", [&](Recording& row) {
+        static_cast<ValueCollection&>(row) = static_cast<const ValueCollection&>(source);
+    });
+    // Of any other collection only the flags and the level.
+    ValueCollection collection;
+    collection.SetValueActions(0x1003);
+    Recording row("Own", 1);
+    static_cast<ValueCollection&>(row) = collection;
+    EXPECT_EQ("={Channel='Own',Minutes=1}", row.ToString());
+    EXPECT_EQ(0x1003u, row.GetValueActions());
+    EXPECT_TRUE(row.RestartNeeded());
+}
+
+TEST(ValueTableEntry, RecordsItsClass) {
+    Recording("One", 5).SaveRegistry("S");
+    EXPECT_EQ(L"class Recording", RawKey("S").TextOf(L"ValueTableEntry Class"));
+    EXPECT_EQ(L"One", RawKey("S").TextOf(L"Channel"));
+    ExternalProgramValueTableEntry().SaveRegistry("T");
+    EXPECT_EQ(L"class ExternalProgramValueTableEntry",
+              RawKey("T").TextOf(L"ValueTableEntry Class"));
+}
+
+}  // namespace
