@@ -53,9 +53,11 @@ class KITBAG_API ExternalProgramValueTable : public ValueTable {
  public:
     /// Loads at once. The table has no name yet, so this is the tree of the empty name, the section
     /// itself; an owner that names the table loads again. Components that keep their programs
-    /// directly in a section rely on the first load.
+    /// directly in a section rely on the first load. It knows no rows of a derived table's classes:
+    /// such a table empties itself and loads again in its own constructor.
     explicit ExternalProgramValueTable(const TWinString<char>& section);
-    /// Copies have no replaceable parameters; an assignment leaves those of the target.
+    /// Copies have no replaceable parameters. An assignment takes the programs and the section, and
+    /// leaves the target its value name and its replaceable parameters.
     ExternalProgramValueTable(const ExternalProgramValueTable& other);
     ExternalProgramValueTable& operator=(const ExternalProgramValueTable& other);
     using ValueTable::operator=;

@@ -1,4 +1,8 @@
 // FilenameValue: the path of a file or directory.
+//
+//     FilenameValue skin("Screen", "Skin", true);
+//     skin.SetDefaultValue("C:\\Skins\\blue.skn");
+//     Show(skin.GetFilenameNoExtension());  // "blue"
 #pragma once
 
 #include <kitbag/frame/export.h>
@@ -6,7 +10,9 @@
 #include <kitbag/values/text_values.h>
 
 /// A value named N is stored with three more beside it: "N/filter" (text), "N/Is directory" and
-/// "N/Must exist" (truth values). Where one of the three is missing, a load leaves it as it is.
+/// "N/Must exist" (truth values). Where one of the three is missing, a load leaves it as it is. A
+/// change of the path writes all four: one that was never read overwrites stored attributes with
+/// its own.
 ///
 /// Both kinds of slash separate the parts of a path.
 class KITBAG_API FilenameValue : public TStringValue {

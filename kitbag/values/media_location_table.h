@@ -53,10 +53,11 @@ class KITBAG_API MediaLocationValueTable : public ValueTable {
     };
 
     /// Loads at once; where no folder is stored the table holds the default ones, which are not
-    /// stored until Save. A type that is none of the eight has no place and no defaults.
+    /// stored until Save. A type that is none of the eight has no place and no defaults. A derived
+    /// table with rows of classes of its own empties itself and loads again in its own constructor.
     explicit MediaLocationValueTable(MediaType type);
     MediaLocationValueTable(const MediaLocationValueTable& other) = default;
-    /// Takes the folders; place and media type remain this table's own.
+    /// Takes the folders; section, value name and media type remain this table's own.
     MediaLocationValueTable& operator=(const MediaLocationValueTable& other);
     using ValueTable::operator=;
 

@@ -1,33 +1,10 @@
 // The bodies of ScalarValue: for whoever makes a scalar class, in the library or in a program.
+// value.h shows one. In the library the class's source also has
 //
-// A class of a program's own, and how its datum is stored, takes a few lines:
+//     template class kitbag::ScalarValue<DoubleValue, double>;
 //
-//     template <>
-//     struct kitbag::Stored<double> {
-//         static bool Read(const char* section, const char* name, double& datum) {
-//             TWinString<char> text;
-//             if (!KB_GetTStringA(section, name, text)) return false;
-//             datum = std::atof(text.c_str());
-//             return true;
-//         }
-//         static void Write(const char* section, const char* name, double datum) {
-//             KB_SetTStringA(section, name, std::to_string(datum));
-//         }
-//     };
-//
-//     class DoubleValue : public kitbag::ScalarValue<DoubleValue, double> {
-//      public:
-//         using ScalarValue::ScalarValue;
-//         using ScalarValue::operator=;
-//         double GetValue() const { return Initialised(); }
-//         void SetValue(double value) { Commit(value); }
-//         void SetDefaultValue(double value) { default_ = value; }
-//         bool ExistsRegistry() const override { return IsStored(); }
-//         TWinString<char> SaveStringDataOnly() const override { return std::to_string(GetValue());
-//         }
-//     };
-//
-// Visitors and casts take its objects for plain values.
+// and its header, before the class, the same with "extern" and KITBAG_API, so that programs link
+// it.
 #pragma once
 
 #include <kitbag/values/scalar_base.h>

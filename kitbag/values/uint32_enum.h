@@ -2,8 +2,14 @@
 //
 //     class Quality : public UInt32Enum {
 //      public:
-//         void InitialiseElements() override { AddElement(0, "Low"); AddElement(1, "High"); }
+//         using UInt32Enum::operator=;
+//         Value* Copy() const override { return new Quality(*this); }
+//         void InitialiseElements() override {
+//             AddElement(0, "Low");
+//             AddElement(1, "High");
+//         }
 //     };
+//
 //     Quality quality;
 //     quality.InitialiseElements();
 #pragma once

@@ -36,6 +36,8 @@ Value* FindMember(const Value& value, const char* memberName) {
 
 }  // namespace
 
+static_assert(sizeof(Value) == 68, "programs are built against it");
+
 Value::Value() = default;
 
 Value::Value(const TWinString<char>& section, const TWinString<char>& name, bool cached) {
@@ -75,6 +77,8 @@ void Value::SetValueName(const TWinString<char>& name) {
 }
 
 int Value::Compare(const Value& other) const {
+    // The numbers are known here and do not override it: the tables of programs' own classes, which
+    // are built already, lead here.
     if (typeid(*this) != typeid(other))
         return ::_mbscmp(MultiByte(ToString()), MultiByte(other.ToString()));
     if (const auto* number = dynamic_cast<const UInt32Value*>(this))

@@ -9,6 +9,10 @@
 // operations change what is logically a cache; nothing is locked. No operation reports an error: a
 // setting that cannot be read takes its default.
 //
+// A new value has level 0 and is shown to users of level 0 only. For everybody:
+//
+//     volume.SetMinimumUserInterfaceLevel(Value::ValueAction{3});
+//
 // The order of the virtual operations is part of the binary contract.
 #pragma once
 
@@ -52,7 +56,8 @@ class KITBAG_API Value : public CValueVisitor {
     /// A value that loads itself on first use and writes every change at once.
     Value(const TWinString<char>& section, const TWinString<char>& name, bool cached);
     /// The copy has no place in the registry: callers edit copies and rely on their not being
-    /// written until they are given a source again.
+    /// written until they are given a source again. Of a value that was never read, a copy or an
+    /// assignment takes the default and not what is stored: read or load the value first.
     Value(const Value& other);
 
     virtual ~Value();
@@ -60,8 +65,8 @@ class KITBAG_API Value : public CValueVisitor {
     virtual Value* Copy() const = 0;
     /// The assigned value keeps its name and its own place in the registry, and nothing is written.
     /// Only here does the other's action flag become this value's need for a restart or a reboot:
-    /// dialogs edit a copy, assign it and then ask. Called through a Value, it leaves the datum as
-    /// it is.
+    /// dialogs edit a copy, assign it and then ask. The flag alone counts: a copy that nobody
+    /// changed asks for the restart too. Called through a Value, it leaves the datum as it is.
     virtual Value& operator=(const Value& other);
     virtual TWinString<char> GetValueName() const;
     virtual void SetValueName(const TWinString<char>& name);
@@ -87,7 +92,7 @@ class KITBAG_API Value : public CValueVisitor {
     /// Writes or reads the datum at the value's place.
     virtual void SaveRegistry() const = 0;
     /// Moves the value to a section first. A value without a name moves, but nothing is written or
-    /// read.
+    /// read. A value that was never read or set and has no source writes its default there.
     virtual void SaveRegistry(const TWinString<char>& section) const;
     virtual void LoadRegistry() = 0;
     virtual void LoadRegistry(const TWinString<char>& section);
@@ -115,7 +120,8 @@ class KITBAG_API Value : public CValueVisitor {
     /// True until the value has been read, set or loaded.
     bool IsEmpty() const;
 
-    /// Installs the provider of texts and returns the previous one. The caller keeps ownership.
+    /// Installs the provider of texts and returns the previous one. The caller keeps ownership. The
+    /// provider travels with copies and assignments, and must outlive them all.
     ValueInfoSource* SetValueInfoSource(ValueInfoSource* source);
     /// The source's text, else the fabricated one.
     TWinString<char> GetDisplayName() const;
@@ -155,6 +161,7 @@ class KITBAG_API Value : public CValueVisitor {
     using SourceText = bool (ValueInfoSource::*)(const Value&, TWinString<char>&);
     bool AskSource(SourceText text, TWinString<char>& out) const;
 
+    // A flag without a name that every value starts with: programs compare whole words.
     unsigned long valueActions_ = 0x100;
     bool rebootNeeded_ = false;
     bool restartNeeded_ = false;
@@ -168,7 +175,35 @@ class KITBAG_API Value : public CValueVisitor {
     ValueInfoSource* valueInfoSource_ = nullptr;
 };
 
-/// A value with a default.
+/// A value with a default. A scalar class of a program's own, with what scalar_bodies.h gives it:
+///
+///     template <>
+///     struct kitbag::Stored<double> {
+///         static bool Read(const char* section, const char* name, double& datum) {
+///             TWinString<char> text;
+///             if (!KB_GetTStringA(section, name, text)) return false;
+///             datum = std::atof(text.c_str());
+///             return true;
+///         }
+///         static void Write(const char* section, const char* name, double datum) {
+///             KB_SetTStringA(section, name, std::to_string(datum));
+///         }
+///     };
+///
+///     class DoubleValue : public kitbag::ScalarValue<DoubleValue, double> {
+///      public:
+///         using ScalarValue::ScalarValue;
+///         using ScalarValue::operator=;
+///         double GetValue() const { return Initialised(); }
+///         void SetValue(double value) { Commit(value); }
+///         TWinString<char> SaveStringDataOnly() const override {
+///             return std::to_string(GetValue());
+///         }
+///     };
+///
+/// A class that saves itself in its own way must not read through GetValue in SaveRegistry: an
+/// uncached value would read back what is stored and write that. Visitors and casts take the
+/// objects for plain values.
 class KITBAG_API DefaultValue : public Value {
  public:
     DefaultValue();

@@ -7,6 +7,7 @@
 
 namespace {
 
+/// The preset flags of a collection. Programs compare whole words, and know a collection by them.
 constexpr unsigned long kCollectionActions = 0x130;
 
 }  // namespace

@@ -23,7 +23,11 @@
 //     };
 //
 // Members are declared once, in the constructors. Their order is the order of saving, loading,
-// printing and of the parts of the identifier.
+// printing and of the parts of the identifier. A row needs its own Copy: tables are copied with it.
+//
+// Lists and tables may be members: each has a key of its own name below the section. Everything
+// else is written into the section itself, so that members of one name overwrite each other, those
+// of a collection within the collection included.
 #pragma once
 
 #include <kitbag/frame/export.h>

@@ -3,6 +3,7 @@
 //     class Recordings : public ValueTable {
 //      public:
 //         Recordings() { SetValueName("Recordings"); }
+//         using ValueTable::operator=;
 //         Value* Copy() const override { return new Recordings(*this); }
 //         ValueTableEntry* EntryFactory(const TWinString<char>& className) const override {
 //             return className == "class Recording" ? new Recording : nullptr;
@@ -10,12 +11,24 @@
 //         bool UsesUniqueIdents() const override { return true; }
 //     };
 //
+//     Recordings recordings;
+//     auto recording = std::make_unique<Recording>();
+//     recording->Channel.SetValue("News");
+//     if (recordings.AddEntry(recording.get())) static_cast<void>(recording.release());
+//     recordings.SaveRegistry("Recorder");
+//
 // A table named N that is saved in section S is the key S\N:
 //
 //     S\N            "Table Version"           DeclareVersion()
 //     S\N\00000000   "ValueTableEntry Class"   "class Recording"
 //                    and one value for each member of the row
 //     S\N\00000001   ...
+//
+// A table without a value name is the section itself, and a save deletes all that is in it; a
+// member without one is not written. Class names are stored with their namespace: rows of a class
+// that is renamed are lost. A whole key path, root and names of keys included, can have 260
+// characters. A save that is interrupted leaves what it has written by then, and not what was there
+// before.
 #pragma once
 
 #include <kitbag/frame/export.h>
@@ -36,8 +49,10 @@ class KITBAG_API ValueTable
     using ContainerValue::operator=;
     virtual ValueTableEntry* EntryFactory(const TWinString<char>& className) const = 0;
     virtual bool IsEmpty() const;
-    /// Refuses null and, in a table with unique identifiers, a row whose identifier is there
-    /// already; a refused row stays the caller's.
+    /// Takes the row over, also where it is handed over as a reference. Refuses null and, in a
+    /// table with unique identifiers, a row whose identifier is there already; a refused row stays
+    /// the caller's. The table's level reaches the rows that are there when it is set, not later
+    /// ones.
     virtual bool AddEntry(ValueTableEntry* entry);
     virtual bool AddEntry(ValueTableEntry& entry);
     /// Takes every row, whatever its identifier.
@@ -77,6 +92,7 @@ class KITBAG_API ValueTable
     void LoadRegistry(const TWinString<char>& section) override;
     void Accept(CValueVisitor& visitor) const override;
 
+    /// The slot of a row. An index past the end lengthens the table by null pointers.
     ValueTableEntry*& at(int index) const { return children_.At(index); }
     ValueTableEntry*& operator[](int index) const { return at(index); }
 

@@ -8,6 +8,8 @@
 //     };
 //     CountNumbers numbers;
 //     value.Accept(numbers);
+//
+// It has no virtual destructor, whose slots would be in the way: nothing is deleted through it.
 #pragma once
 
 #include <kitbag/frame/export.h>
