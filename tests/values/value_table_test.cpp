@@ -4,9 +4,9 @@
 #include <tests/support/private_registry.h>
 #include <tests/values/recordings.h>
 
-#include <functional>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -43,46 +43,29 @@ TEST(ValueTable, FindsRowsByAMembersText) {
 }
 
 TEST(ValueTable, MovesAndRemovesRowsByIndexOrIdentifier) {
+    using T = Recordings;
+    using Id = IdentValue;
     const struct {
         const char* what;
-        void (*change)(Recordings&);
+        void (*change)(T& table, Id& two, Id& nobody);
         const char* minutes;
     } rows[] = {
-        {"move", [](Recordings& table) { table.MoveEntry(0, 2); }, "2 3 1"},
-        {"move past the end", [](Recordings& table) { table.MoveEntry(0, 9); }, "2 3 1"},
-        {"move by index", [](Recordings& table) { table.MoveEntryRelative(1, 1); }, "1 3 2"},
-        {"move far", [](Recordings& table) { table.MoveEntryRelative(2, INT_MIN); }, "3 1 2"},
-        {"move by identifier",
-         [](Recordings& table) {
-             IdentValue two = Channel("2");
-             table.MoveEntryRelative(two, -1);
-         },
-         "2 1 3"},
-        {"move nobody",
-         [](Recordings& table) {
-             IdentValue nobody = Channel("4");
-             table.MoveEntryRelative(nobody, -1);
-         },
-         "1 2 3"},
-        {"remove", [](Recordings& table) { table.RemoveEntry(1); }, "1 3"},
-        {"remove past the end", [](Recordings& table) { table.RemoveEntry(3); }, "1 2 3"},
-        {"remove by identifier",
-         [](Recordings& table) {
-             IdentValue two = Channel("2");
-             table.RemoveEntry(two);
-         },
-         "1 3"},
-        {"remove nobody",
-         [](Recordings& table) {
-             IdentValue nobody = Channel("4");
-             table.RemoveEntry(nobody);
-         },
-         "1 2 3"},
-        {"remove all", [](Recordings& table) { table.RemoveAllEntries(); }, ""},
+        {"move", [](T& table, Id&, Id&) { table.MoveEntry(0, 2); }, "2 3 1"},
+        {"move past the end", [](T& table, Id&, Id&) { table.MoveEntry(0, 9); }, "2 3 1"},
+        {"move on", [](T& table, Id&, Id&) { table.MoveEntryRelative(1, 1); }, "1 3 2"},
+        {"move far", [](T& table, Id&, Id&) { table.MoveEntryRelative(2, INT_MIN); }, "3 1 2"},
+        {"move two", [](T& table, Id& two, Id&) { table.MoveEntryRelative(two, -1); }, "2 1 3"},
+        {"move nobody", [](T& table, Id&, Id& no) { table.MoveEntryRelative(no, -1); }, "1 2 3"},
+        {"remove", [](T& table, Id&, Id&) { table.RemoveEntry(1); }, "1 3"},
+        {"remove past the end", [](T& table, Id&, Id&) { table.RemoveEntry(3); }, "1 2 3"},
+        {"remove two", [](T& table, Id& two, Id&) { table.RemoveEntry(two); }, "1 3"},
+        {"remove nobody", [](T& table, Id&, Id& no) { table.RemoveEntry(no); }, "1 2 3"},
+        {"remove all", [](T& table, Id&, Id&) { table.RemoveAllEntries(); }, ""},
     };
     for (const auto& [what, change, minutes] : rows) {
         Recordings table{1, 2, 3};
-        change(table);
+        IdentValue two = Channel("2"), nobody = Channel("4");
+        change(table, two, nobody);
         EXPECT_EQ(minutes, table.Minutes()) << what;
         EXPECT_EQ(*minutes == '\0', table.IsEmpty()) << what;
     }
@@ -192,64 +175,38 @@ bool Takes(Recordings& table, const char* channel) {
 }
 
 TEST(ValueTable, SeesWhatBecameOfManyRowsSinceItAskedThem) {
+    using T = Recordings;
+    using C = TStringValue;
     const struct {
         const char* what;
-        void (*change)(Recordings&);
+        void (*change)(T& table, C& seventh);
         bool takes7, takesNew;
     } rows[] = {
-        {"nothing", [](Recordings&) {}, false, true},
-        {"set", [](Recordings& table) { table.Row(7).Channel.SetValue("new"); }, true, false},
-        {"assigned", [](Recordings& table) { table.Row(7) = Recording("new"); }, true, false},
-        {"member assigned",
-         [](Recordings& table) {
-             TStringValue text;
-             text.SetValue("new");
-             table.Row(7).Channel = text;
-         },
-         true, false},
-        {"loaded",
-         [](Recordings& table) {
-             KB_SetStringA("S", "Channel", "new");
-             table.Row(7).LoadRegistry("S");
-         },
-         true, false},
-        {"back to the default",
-         [](Recordings& table) {
-             table.Row(7).Channel.SetDefaultValue("new");
-             table.Row(7).Channel.LoadRegistry("None");
-         },
-         true, false},
+        {"nothing", [](T&, C&) {}, false, true},
+        {"set", [](T&, C& seventh) { seventh.SetValue("new"); }, true, false},
+        {"row assigned", [](T& table, C&) { table.Row(7) = Recording("new"); }, true, false},
+        {"member assigned", [](T&, C& seventh) { seventh = IdentValue("new"); }, true, false},
+        {"row loaded", [](T& table, C&) { table.Row(7).LoadRegistry("S"); }, true, false},
+        {"default", [](T&, C& seventh) { seventh.LoadRegistry("None"); }, true, true},
         {"read every time",
-         [](Recordings& table) {
-             KB_SetStringA("S", "Channel", "new");
-             table.Row(7).Channel.SetAutoRegistrySource("S", "Channel", false);
-         },
-         true, false},
-        {"renamed", [](Recordings& table) { table.Row(7).Channel.SetValueName("X"); }, true, true},
-        {"displayed", [](Recordings& table) { table.Row(7).Channel.SetDisplayName("X"); }, true,
+         [](T&, C& seventh) { seventh.SetAutoRegistrySource("S", "Channel", false); }, true, false},
+        {"renamed", [](T&, C& seventh) { seventh.SetValueName("X"); }, true, true},
+        {"displayed", [](T&, C& seventh) { seventh.SetDisplayName("X"); }, true, true},
+        {"more parts", [](T& t, C& seventh) { t.Row(7).DeclareValue(seventh, "M", true); }, true,
          true},
-        {"one more part",
-         [](Recordings& table) { table.Row(7).DeclareValue(table.Row(7).Minutes, "M", true); },
-         true, true},
-        {"removed", [](Recordings& table) { table.RemoveEntry(7); }, true, true},
-        {"replaced in its slot",
-         [](Recordings& table) { delete std::exchange(table[7], new Recording("new")); }, true,
+        {"removed", [](T& table, C&) { table.RemoveEntry(7); }, true, true},
+        {"replaced", [](T& t, C&) { delete std::exchange(t[7], new Recording("new")); }, true,
          false},
-        {"taken out of its slot",
-         [](Recordings& table) {
-             static Recording kept("");
-             kept = table.Row(7);
-             delete std::exchange(table[7], nullptr);
-         },
-         true, true},
-        {"moved", [](Recordings& table) { table.MoveEntry(7, 90); }, false, true},
-        {"all removed", [](Recordings& table) { table.RemoveAllEntries(); }, true, true},
+        {"taken out", [](T& table, C&) { delete std::exchange(table[7], nullptr); }, true, true},
+        {"moved", [](T& table, C&) { table.MoveEntry(7, 90); }, false, true},
+        {"all removed", [](T& table, C&) { table.RemoveAllEntries(); }, true, true},
     };
+    KB_SetStringA("S", "Channel", "new");
     for (const auto& [what, change, takes7, takesNew] : rows) {
         SCOPED_TRACE(what);
         Recordings table = ManyUnique();
         EXPECT_FALSE(Takes(table, "99"));
-        change(table);
+        change(table, table.Row(7).Channel);
         EXPECT_EQ(takesNew, Takes(table, "new"));
         EXPECT_EQ(takes7, Takes(table, "7"));
         EXPECT_FALSE(Takes(table, "7")) << "now it is there";
