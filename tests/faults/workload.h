@@ -169,6 +169,7 @@ inline void UseValues() {
     unsigned long long size = 0;
     FilenameValue("C:\\windows\\win.ini").GetFileSize(size);
     MediaLocationValueTable music(MediaLocationValueTable::AudioRead);
+    music.AddEntry(new MediaLocationValueTableEntry("C:\\Music\\", true));
     music.Sort("Directory");
     music.Save();
     MediaLocationValueTable(music).LoadRegistry("Faults\\Values");
