@@ -68,7 +68,11 @@
 #include <kitbag/settings/settings_watch.h>
 #include <kitbag/settings/table.h>
 #include <kitbag/settings/wide_text_value.h>
+#include <kitbag/values/boolean_value.h>
+#include <kitbag/values/byte_array_value.h>
 #include <kitbag/values/filename_value.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/guid_value.h>
+#include <kitbag/values/number_values.h>
+#include <kitbag/values/text_values.h>
 #include <kitbag/values/user_interface_level.h>
 #include <kitbag/values/value_casts.h>

@@ -6,8 +6,12 @@
 #include <kitbag/settings/declaration.h>
 #include <kitbag/settings/enumerator_value.h>
 #include <kitbag/settings/wide_text_value.h>
+#include <kitbag/values/boolean_value.h>
+#include <kitbag/values/byte_array_value.h>
 #include <kitbag/values/filename_value.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/guid_value.h>
+#include <kitbag/values/number_values.h>
+#include <kitbag/values/text_values.h>
 
 #include <algorithm>
 #include <concepts>

@@ -95,7 +95,7 @@ inline bool ReadStored(const wchar_t* section, const wchar_t* name,
 
 /// What Get and Find read.
 template <class T>
-concept Stored = requires(T& value) {
+concept Readable = requires(T& value) {
     ReadStored(L"", L"", value);
 };
 
@@ -115,11 +115,11 @@ inline NotFound WhyNotFound(const wchar_t* section, const wchar_t* name) {
 /// Reads a value of the section.
 template <class T>
 Found<T> Find(const std::wstring& section, const std::wstring& name) {
-    static_assert(Stored<T>,
+    static_assert(Readable<T>,
                   "kitbag::Find and kitbag::Get read truth values, numbers of 32 bits, "
                   "enumerations, standard strings and vectors of bytes");
     T value{};
-    if constexpr (Stored<T>)
+    if constexpr (Readable<T>)
         if (ReadStored(section.c_str(), name.c_str(), value)) return value;
     return WhyNotFound(section.c_str(), name.c_str());
 }

@@ -8,7 +8,7 @@
 
 #include <kitbag/registry/stored_values.h>
 #include <kitbag/settings/text.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/text_values.h>
 
 #include <string>
 

@@ -33,14 +33,14 @@ template <class Children>
 void ContainerValue<Children>::SetValueActions(unsigned long actions) {
     Value::SetValueActions(actions);
     const auto level = static_cast<ValueAction>(GetMinimumUserInterfaceLevel());
-    for (Value* child : children_)
+    for (Value* child : children_.ByIndex())
         if (child) child->SetMinimumUserInterfaceLevel(level);
 }
 
 template <class Children>
 void ContainerValue<Children>::SetMinimumUserInterfaceLevel(ValueAction level) {
     Value::SetMinimumUserInterfaceLevel(level);
-    for (Value* child : children_)
+    for (Value* child : children_.ByIndex())
         if (child) child->SetMinimumUserInterfaceLevel(level);
 }
 
@@ -48,14 +48,14 @@ template <class Children>
 bool ContainerValue<Children>::RebootNeeded() const {
     const auto needed = [](const Value* child) { return child && child->RebootNeeded(); };
     return Value::RebootNeeded() || HasValueAction(RebootNeededAction) ||
-           std::ranges::any_of(children_, needed);
+           std::ranges::any_of(children_.ByIndex(), needed);
 }
 
 template <class Children>
 bool ContainerValue<Children>::RestartNeeded() const {
     const auto needed = [](const Value* child) { return child && child->RestartNeeded(); };
     return Value::RestartNeeded() || HasValueAction(RestartNeededAction) ||
-           std::ranges::any_of(children_, needed);
+           std::ranges::any_of(children_.ByIndex(), needed);
 }
 
 template <class Children>

@@ -37,7 +37,7 @@ TWinString<char> JoinTexts(const PointerSequence<T>& values, const char* separat
                            TWinString<char> (Value::*text)() const) {
     TWinString<char> joined;
     const char* between = "";
-    for (const Value* value : values) {
+    for (const Value* value : values.ByIndex()) {
         if (!value) continue;
         joined.append(between).append((value->*text)());
         between = separator;
@@ -63,7 +63,7 @@ using Copies = std::vector<std::unique_ptr<Element>>;
 template <class Element>
 Copies<Element> CopiesOf(const OwnedSequence<Element>& elements) {
     Copies<Element> copies;
-    for (const Element* element : elements)
+    for (const Element* element : elements.ByIndex())
         if (element)
             copies.push_back(std::unique_ptr<Element>(static_cast<Element*>(element->Copy())));
     return copies;
@@ -102,7 +102,7 @@ void SaveTree(const TWinString<char>& tree, unsigned long version,
     KB_DeleteSectionA(tree.c_str());
     KB_SetDWORDA(tree.c_str(), kTreeVersion, version);
     unsigned index = 0;
-    for (const Element* element : elements) {
+    for (const Element* element : elements.ByIndex()) {
         TWinString<char> key;
         key.Format("%s\\%08x", tree.c_str(), index++);
         if (element) save(*element, key);

@@ -17,16 +17,25 @@ class PointerSequence {
     int Size() const { return static_cast<int>(slots_.size()); }
     bool operator==(const PointerSequence& other) const = default;
 
-    /// Walks by index: what an object appends or removes while it is visited leaves the walk whole.
-    class Walk {
+    auto begin() { return slots_.begin(); }
+    auto begin() const { return slots_.begin(); }
+    auto end() { return slots_.end(); }
+    auto end() const { return slots_.end(); }
+    const std::vector<T*>& Slots() const { return slots_; }
+
+    /// A range that is its own iterator.
+    class IndexWalk {
      public:
         using value_type = T*;
         using difference_type = std::ptrdiff_t;
 
-        Walk() = default;
-        explicit Walk(const std::vector<T*>& slots) : slots_(&slots) {}
+        IndexWalk() = default;
+        explicit IndexWalk(const std::vector<T*>& slots) : slots_(&slots) {}
+        IndexWalk begin() const { return *this; }
+        std::default_sentinel_t end() const { return {}; }
+
         T* operator*() const { return (*slots_)[index_]; }
-        Walk& operator++() {
+        IndexWalk& operator++() {
             ++index_;
             return *this;
         }
@@ -37,9 +46,8 @@ class PointerSequence {
         const std::vector<T*>* slots_ = nullptr;
         std::size_t index_ = 0;
     };
-    const std::vector<T*>& Slots() const { return slots_; }
-    Walk begin() const { return Walk(slots_); }
-    std::default_sentinel_t end() const { return {}; }
+    /// For visits of objects that may append or remove others meanwhile: the walk stays whole.
+    IndexWalk ByIndex() const { return IndexWalk(slots_); }
 
     void Append(T& object) { slots_.push_back(&object); }
 

@@ -31,7 +31,7 @@ void ValueCollection::DeclareValue(Value& value, const TWinString<char>& name) {
 void ValueCollection::DeclareValue(Value& value) { children_.Append(value); }
 
 Value* ValueCollection::GetValue(const TWinString<char>& name) const {
-    for (Value* member : children_)
+    for (Value* member : children_.ByIndex())
         if (member && member->GetValueName() == name) return member;
     return nullptr;
 }
@@ -43,12 +43,12 @@ TWinString<char> ValueCollection::SaveStringDataOnly() const {
 }
 
 void ValueCollection::SaveRegistry(const TWinString<char>& section) const {
-    for (const Value* member : children_)
+    for (const Value* member : children_.ByIndex())
         if (member) member->SaveRegistry(section);
 }
 
 void ValueCollection::LoadRegistry(const TWinString<char>& section) {
-    for (Value* member : children_)
+    for (Value* member : children_.ByIndex())
         if (member) member->LoadRegistry(section);
     MarkInitialised();
 }

@@ -57,7 +57,7 @@ void ValueTable::MoveEntryRelative(int index, int delta) {
 ValueTableEntry* ValueTable::FindEntry(const TWinString<char>& memberName,
                                        const Value& value) const {
     const TWinString<char> text = value.SaveStringDataOnly();
-    for (ValueTableEntry* row : children_) {
+    for (ValueTableEntry* row : children_.ByIndex()) {
         const Value* member = row ? row->GetValue(memberName) : nullptr;
         if (member && member->SaveStringDataOnly() == text) return row;
     }
@@ -73,7 +73,7 @@ int ValueTable::FindEntryIndex(const IdentValue& ident) const {
     const TWinString<char> text = ident.GetValue();
     if (const auto known = kitbag::KnownRows::Find(children_, text)) return *known;
     int index = 0;
-    for (const ValueTableEntry* row : children_) {
+    for (const ValueTableEntry* row : children_.ByIndex()) {
         if (row && row->GetIdent() == text) return index;
         ++index;
     }
@@ -86,7 +86,7 @@ void ValueTable::Sort(const TWinString<char>& memberName) {
         ValueTableEntry* row;
     };
     std::vector<Keyed> rows;
-    for (ValueTableEntry* row : children_)
+    for (ValueTableEntry* row : children_.ByIndex())
         rows.push_back({row ? row->GetValue(memberName) : nullptr, row});
 
     // Compare orders values of different classes by other rules than those of one class, so that
