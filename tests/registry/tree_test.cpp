@@ -1,5 +1,5 @@
 #include <kitbag/registry/tree.h>
-#include <kitbag/values/scalar_values.h>
+#include <kitbag/values/text_values.h>
 #include <kitbag/values/value_list.h>
 #include <tests/support/import_patch.h>
 #include <tests/support/leak_check.h>

@@ -3,9 +3,9 @@
 
 namespace {
 
-const bool isFilled = (shares = {{"Media", "C:\\Media", STYPE_DISKTREE},
-                                 {"Disk", "D:\\", STYPE_DISKTREE},
-                                 {"C$", "C:\\", STYPE_DISKTREE | STYPE_SPECIAL}},
+const bool isFilled = (server.shares = {{L"Media", L"C:\\Media", STYPE_DISKTREE},
+                                        {L"Disk", L"D:\\", STYPE_DISKTREE},
+                                        {L"C$", L"C:\\", STYPE_DISKTREE | STYPE_SPECIAL}},
                        true);
 
 }  // namespace
