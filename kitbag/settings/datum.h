@@ -143,6 +143,8 @@ template <class V>
 class WithinRange : public Convertible<V> {
  public:
     using V::operator=;
+    /// For settings screens.
+    const Range<DatumOf<V>>& GetRange() const { return range_; }
     void SetValue(DatumOf<V> value) override { V::SetValue(Fitted(value)); }
     using V::LoadRegistry;
     void LoadRegistry() override {

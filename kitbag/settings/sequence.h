@@ -60,13 +60,27 @@ class ElementIterator {
     Slot end_ = {};
 };
 
+/// What a settings screen, which knows no element's class, adds elements with.
+template <class Any>
+class ElementMaker {
+ public:
+    /// A new element that holds its defaults; null for a class that needs arguments.
+    virtual std::unique_ptr<Any> MakeElement() const = 0;
+
+ protected:
+    ElementMaker() = default;
+    ElementMaker(const ElementMaker&) = default;
+    ElementMaker& operator=(const ElementMaker&) = default;
+    ~ElementMaker() = default;
+};
+
 /// A ValueTable or ValueList whose elements are all of one class. Base asks for elements of class
 /// Any, which Element is derived from.
 ///
 /// In a section that has a place, every change of the sequence writes its whole tree; a change of
 /// an element writes that alone. This holds for the operations of Base, too.
 template <class Base, class Any, class Element>
-class Sequence : public Base, public Declared {
+class Sequence : public Base, public Declared, public ElementMaker<Any> {
     using Slot = typename std::vector<Any*>::iterator;
 
  public:
@@ -113,6 +127,11 @@ class Sequence : public Base, public Declared {
     Any* EntryFactory(const TWinString<char>& className) const override {
         if constexpr (std::default_initializable<Element>)
             if (className == StoredClassName(typeid(Element))) return new Element;
+        return nullptr;
+    }
+
+    std::unique_ptr<Any> MakeElement() const override {
+        if constexpr (std::default_initializable<Element>) return std::make_unique<Element>();
         return nullptr;
     }
 
@@ -190,7 +209,7 @@ class Sequence : public Base, public Declared {
 
  protected:
     Sequence() = default;
-    Sequence(const Sequence& other) : Base(other), Declared(other) {}
+    Sequence(const Sequence& other) : Base(other), Declared(other), ElementMaker<Any>(other) {}
     ~Sequence() override = default;
 
     /// False, and the element is gone, where it is refused.
