@@ -7,7 +7,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
+#include <string_view>
 
 #include "com_object.h"
 
@@ -41,15 +43,31 @@ void WriteElement(std::ostream& file, const PageElement& element) {
     file << element.text << '\n';
 }
 
+/// The skin's texts and what they are in a language. Languages without the file have none.
+std::map<std::string, std::string> ReadWords(const std::filesystem::path& language) {
+    constexpr std::string_view kIs = " = ";
+    std::map<std::string, std::string> words;
+    std::ifstream file(language / "words");
+    for (std::string line; std::getline(file, line);)
+        if (const std::size_t end = line.find(kIs); end != std::string::npos)
+            words.emplace(line.substr(0, end), line.substr(end + kIs.size()));
+    return words;
+}
+
 class PageScript final : public ComObject<IPageScript> {
  public:
     /// False for a file that cannot be read or has a line that is no element.
-    bool Load(const std::filesystem::path& path) {
+    bool Load(const std::filesystem::path& path, const std::filesystem::path& language) {
         std::ifstream file(path);
         if (!file) return false;
         for (std::string line; std::getline(file, line);) {
             if (line.empty() || line.starts_with('#')) continue;
             if (!ReadElement(line, elements_.emplace_back())) return false;
+        }
+        const auto words = ReadWords(language);
+        for (PageElement& element : elements_) {
+            const auto known = words.find(element.text);
+            element.shown = known == words.end() ? element.text : known->second;
         }
         return true;
     }
@@ -62,10 +80,10 @@ class PageScript final : public ComObject<IPageScript> {
 
 class GraphicFactory final : public ComObject<IKivGraphicFactory> {
  public:
-    STDMETHODIMP LoadScript(BSTR file, BSTR, BSTR, BSTR, IUnknown** script) override {
+    STDMETHODIMP LoadScript(BSTR file, BSTR, BSTR language, BSTR, IUnknown** script) override {
         ComPtr<PageScript> loaded;
         loaded.Attach(new PageScript);
-        const bool read = loaded->Load(file);
+        const bool read = loaded->Load(file, language ? language : L"");
         std::printf("script %ls%s\n", file, read ? "" : " cannot be read");
         return read ? loaded->QueryInterface(IID_PPV_ARGS(script)) : E_FAIL;
     }

@@ -5,6 +5,9 @@
 //     text 40 110 26 f2a541 Tonight
 //
 // Each line places one element at x and y: an image file, or a text with its height and colour.
+// Texts are shown in the user's language where its directory has a file "words" that knows them:
+//
+//     Tonight = Heute Abend
 #pragma once
 
 #include <unknwn.h>
@@ -23,6 +26,8 @@ struct PageElement {
     COLORREF color = 0;
     /// The words of a text, the file name of an image.
     std::string text;
+    /// The words in the user's language.
+    std::string shown;
 };
 
 /// What the graphic factory hands out as a script.

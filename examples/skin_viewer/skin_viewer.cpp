@@ -63,8 +63,8 @@ void DrawWords(HDC device, const PageElement& element) {
     HGDIOBJ previous = ::SelectObject(device, font);
     ::SetBkMode(device, TRANSPARENT);
     ::SetTextColor(device, element.color);
-    ::TextOutA(device, element.x, element.y, element.text.c_str(),
-               static_cast<int>(element.text.size()));
+    ::TextOutA(device, element.x, element.y, element.shown.c_str(),
+               static_cast<int>(element.shown.size()));
     ::SelectObject(device, previous);
     ::DeleteObject(font);
 }
