@@ -15,24 +15,19 @@ ComPtr<IClassFactory> ClassObject() {
     return object;
 }
 
-TEST(ClassFactory, IsOneForAClassAndKeepsTheLibraryLoaded) {
-    {
-        const auto object = ClassObject();
-        EXPECT_EQ(object.Get(), ClassObject().Get());
-        EXPECT_EQ(S_FALSE, ::DllCanUnloadNow());
-    }
+TEST(ClassFactory, IsOneForItsClassAndKeepsTheLibraryLoadedWithItsObjectsAndLocks) {
+    EXPECT_EQ(ClassObject().Get(), ClassObject().Get());
     EXPECT_EQ(S_OK, ::DllCanUnloadNow()) << "the library's own reference does not count";
-}
-
-TEST(ClassFactory, KeepsTheLibraryLoadedThroughItsObjectsAndLocks) {
+    ComPtr<IClassFactory> object = ClassObject();
+    EXPECT_EQ(S_FALSE, ::DllCanUnloadNow()) << "a reference";
     ComPtr<IKivPageFactory> made;
-    EXPECT_EQ(S_OK, ClassObject()->CreateInstance(nullptr, IID_PPV_ARGS(&made)));
-    EXPECT_EQ(S_FALSE, ::DllCanUnloadNow());
-    EXPECT_EQ(S_OK, ClassObject()->LockServer(TRUE));
+    EXPECT_EQ(S_OK, std::exchange(object, {})->CreateInstance(nullptr, IID_PPV_ARGS(&made)));
+    EXPECT_EQ(S_FALSE, ::DllCanUnloadNow()) << "an object";
     made.Reset();
-    EXPECT_EQ(S_FALSE, ::DllCanUnloadNow());
+    EXPECT_EQ(S_OK, ClassObject()->LockServer(TRUE));
+    EXPECT_EQ(S_FALSE, ::DllCanUnloadNow()) << "a lock";
     EXPECT_EQ(S_OK, ClassObject()->LockServer(FALSE));
-    EXPECT_EQ(S_OK, ::DllCanUnloadNow());
+    EXPECT_EQ(S_OK, ::DllCanUnloadNow()) << "nothing any more";
 }
 
 void* NoMemory(std::size_t, const std::nothrow_t&) { return nullptr; }
