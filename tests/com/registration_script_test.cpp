@@ -78,7 +78,6 @@ TEST_F(RegistrationScript, IsReadBeforeAnythingIsWrittenAndTellsTheLineOfAFault)
         {"33 bits", "val A = d 4294967296",
          "3 of the script wants a number of 32 bits before this"},
         {"no digits", "val A = d 0x", "3 of the script wants a number of 32 bits before this"},
-        {"a sign", "val A = d -1", "3 of the script wants a number of 32 bits before this"},
     };
     TraceCapture trace;
     for (const auto& [about, entries, line] : rows) {

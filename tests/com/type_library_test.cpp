@@ -8,8 +8,10 @@ namespace {
 using namespace kitbag::test;
 using Microsoft::WRL::ComPtr;
 
+const auto realFile = std::filesystem::path(_wpgmptr).replace_filename("Kitbag.dll");
 std::wstring libraryFile;
-std::vector<std::wstring> asked;
+using Files = std::vector<std::wstring>;
+Files asked;
 
 DWORD WINAPI TellLibraryFile(HMODULE, LPWSTR path, DWORD) {
     return static_cast<DWORD>(libraryFile.copy(path, libraryFile.size()));
@@ -23,15 +25,6 @@ HRESULT WINAPI NoteFile(LPCOLESTR file, REGKIND kind, ITypeLib** library) {
 struct TypeLibrary : Registration {
     TypeLibrary() { libraryFile = folder.In("Kitbag.dll"); }
 
-    /// The type library's resource, as a file.
-    void WriteBeside() const {
-        HMODULE library = ::GetModuleHandleA("Kitbag.dll");
-        HRSRC resource = ::FindResourceA(library, MAKEINTRESOURCEA(1), "TYPELIB");
-        const void* data = ::LockResource(::LoadResource(library, resource));
-        folder.Write("Kitbag.tlb",
-                     {static_cast<const char*>(data), ::SizeofResource(library, resource)});
-    }
-    using Files = std::vector<std::wstring>;
     static Files Asked() { return std::exchange(asked, {}); }
 
     const Com com;
@@ -42,12 +35,12 @@ struct TypeLibrary : Registration {
 
 TEST_F(TypeLibrary, IsTheLibrarysOwnResourceOrLiesBesideIt) {
     const std::string entry = "Classes\\TypeLib\\{158702B0-E0E4-4270-87FD-658F293BAE5E}\\1.0";
-    const auto library = std::filesystem::path(_wpgmptr).replace_filename("Kitbag.dll");
     const std::pair<std::wstring, Files> rows[] = {
-        {library, {library}},
+        {realFile, {realFile}},
         {libraryFile, {libraryFile, folder.In("Kitbag.tlb")}},
     };
-    WriteBeside();
+    // The library's file is a file with a type library, too.
+    copy_file(realFile, folder / "Kitbag.tlb");
     for (const auto& [from, lookedFor] : rows) {
         libraryFile = from;
         EXPECT_EQ(S_OK, ::DllRegisterServer());
@@ -85,7 +78,7 @@ TEST_F(TypeLibrary, DescribesAnInterfaceOnceItIsFound) {
     ComPtr<IKivPageFactory> factory;
     ASSERT_TRUE(KB_CreateKivPageFactory(&factory));
     EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, Describe(factory.Get()));
-    WriteBeside();
+    copy_file(realFile, folder / "Kitbag.tlb");
     {
         const ImportPatch memory("_ZnwjRKSt9nothrow_t", NoMemory);
         EXPECT_EQ(E_OUTOFMEMORY, Describe(factory.Get()));
