@@ -69,19 +69,22 @@ TEST_F(DispatchObject, CallsOperationsByTheirNames) {
         EXPECT_EQ(S_OK, classObject->CreateInstance(nullptr, IID_PPV_ARGS(&object)));
         return object;
     };
-    const std::tuple<ComPtr<IDispatch>, std::wstring, long> rows[] = {
-        {factory, L"getpagecount", 0},
-        {objectOf(L"{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A04}"), L"GetFirst", 1},
-        {objectOf(L"{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A05}"), L"GetSecond", 2}};
-    for (auto [object, name, number] : rows) {
+    const std::tuple<ComPtr<IDispatch>, std::wstring, DISPID, long> rows[] = {
+        {factory, L"getpagecount", 7, 1},
+        {objectOf(L"{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A04}"), L"GetFirst", 1, 1},
+        {objectOf(L"{5F0B7C7E-6A1D-4B9E-9F3A-2D1C5B8E0A05}"), L"GetSecond", 1, 2}};
+    factory->AddPage(_bstr_t(L"0"), nullptr);
+    for (auto [object, name, identifier, number] : rows) {
+        SCOPED_TRACE(testing::PrintToString(name));
         LPOLESTR names[] = {name.data()};
         DISPID member = DISPID_UNKNOWN;
         DISPPARAMS none{};
         _variant_t answer;
         EXPECT_EQ(S_OK, object->GetIDsOfNames(IID_NULL, names, 1, 0, &member));
+        EXPECT_EQ(identifier, member);
         EXPECT_EQ(S_OK,
                   object->Invoke(member, IID_NULL, 0, DISPATCH_METHOD, &none, &answer, {}, {}));
-        EXPECT_EQ(_variant_t(number), answer);
+        EXPECT_EQ(number, static_cast<long>(answer));
     }
 }
 

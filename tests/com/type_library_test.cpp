@@ -8,7 +8,7 @@ namespace {
 using namespace kitbag::test;
 using Microsoft::WRL::ComPtr;
 
-const auto realFile = std::filesystem::path(_wpgmptr).replace_filename("Kitbag.dll");
+const auto realFile = std::filesystem::path(_pgmptr).replace_filename("Kitbag.dll");
 std::wstring libraryFile;
 using Files = std::vector<std::wstring>;
 Files asked;
