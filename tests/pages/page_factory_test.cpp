@@ -204,19 +204,19 @@ TEST_F(PageFactory, TracesWhatItCannotDo) {
     KB_GetSkinDirectoryA(directory);
     userInterface.create = [](auto...) { return E_ABORT; };
     IUnknown* out = nullptr;
+    Factory& f = *factory.Get();
+    const HRESULT noFile = STG_E_FILENOTFOUND;
     const std::tuple<HRESULT, std::string, std::function<HRESULT()>> rows[] = {
         {E_POINTER, "CreatePage - Invalid IKivUserInterface pointer",
-         [&] { return factory->CreatePage(0, nullptr, nullptr, &out); }},
+         [&] { return f.CreatePage(0, nullptr, nullptr, &out); }},
         {E_FAIL, "CreatePage - No filenames for pages given", [&] { return Create(0); }},
         {E_INVALIDARG, "CreatePage - Index invalid", [&] { return Add(L"0.page"), Create(1); }},
         {E_ABORT, "CreatePage - Failed to create page '0.page' (HRESULT:80004004)",
          [&] { return Create(0); }},
-        {STG_E_FILENOTFOUND, "GetScript - Can't get skin directory",
-         [&] { return factory->GetScript(0, &out); }},
-        {STG_E_FILENOTFOUND, "SetScript - Can't get skin directory",
-         [&] { return factory->SetScript(0, &page); }},
+        {noFile, "GetScript - Can't get skin directory", [&] { return f.GetScript(0, &out); }},
+        {noFile, "SetScript - Can't get skin directory", [&] { return f.SetScript(0, &page); }},
         {E_FAIL, "GetScriptImage - Can't get skin directory",
-         [&] { return factory->GetScriptImage2(0, image, &out); }},
+         [&] { return f.GetScriptImage2(0, image, &out); }},
     };
     TraceCapture trace;
     graphics.refusals = 9;
@@ -287,8 +287,8 @@ TEST_F(PageFactory, FindsScriptsInTheSkinDirectoryOrTheirOwn) {
         {"a drive", L"C:\\windows", L"c:Main.page", L"c:Main.page", L""},
         {"a folder", L"C:\\windows", L"a\\b\\x.page", L"a\\b\\x.page", L"a\\b\\"},
         {"a name with another file", L"C:\\windows", L"Renamed", L"sub\\New.page", L"sub\\"},
-        {"no backslash", L"C:\\windows", L"\x2022\\", L"C:\\windows\\\x2022\\", L"C:\\windows\\"},
-        {"one backslash", L"C:\\windows", L"a\\\x2022\\", L"a\\\x2022\\", L"a\\"},
+        {"a second byte", L"C:\\windows", L"\x2022\\", L"C:\\windows\\\x2022\\", L"C:\\windows\\"},
+        {"a folder, such a byte", L"C:\\windows", L"a\\\x2022\\", L"a\\\x2022\\", L"a\\"},
         {"no skin directory", L"C:\\no such folder", L"Main.page", L"Main.page", L""},
     };
     for (LONG index = 0; const auto& [about, skin, name, file, directory] : rows) {
