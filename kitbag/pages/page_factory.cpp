@@ -1,6 +1,7 @@
 #include <comdef.h>
 #include <comutil.h>
 #include <kitbag/frame/debug_trace.h>
+#include <kitbag/frame/path_text.h>
 #include <kitbag/frame/text_conversion.h>
 #include <kitbag/frame/text_steps.h>
 #include <kitbag/pages/page_factory.h>
@@ -25,15 +26,6 @@ constexpr int kResourceTextRoom = 512;
 
 _bstr_t ToBstr(const std::string& text) { return {ToWide(text.c_str()).c_str()}; }
 
-std::string Join(const std::string& folder, const std::string& name) {
-    return folder + (EndsWithBackslash<char>(folder) ? "" : "\\") + name;
-}
-
-/// Up to and including the last backslash.
-std::string FolderOfFile(const std::string& file) {
-    return file.substr(0, FindLastOf<char>(file, "\\") + 1);
-}
-
 /// Empty where there is none.
 std::string SkinDirectory(const char* operation) {
     TWinString<char> directory;
@@ -49,7 +41,8 @@ HRESULT LoadFirstImage(const std::string& name, const std::initializer_list<std:
     for (const std::string& folder : folders) {
         if (folder.empty()) continue;
         ComPtr<IUnknown> loaded;
-        if (FAILED(graphics->LoadImageFile(ToBstr(Join(folder, name)), loaded.GetAddressOf())))
+        if (FAILED(
+                graphics->LoadImageFile(ToBstr(Join<char>(folder, name)), loaded.GetAddressOf())))
             continue;
         *image = loaded.Detach();
         return S_OK;
@@ -108,7 +101,7 @@ std::string CKivPageFactory::ScriptFile(LONG index, const char* operation) const
     std::string name = pageFiles_[static_cast<std::size_t>(index)];
     if (FindFirstOf<char>(name, ":\\") != name.npos) return name;
     const std::string directory = SkinDirectory(operation);
-    return directory.empty() ? name : Join(directory, name);
+    return directory.empty() ? name : Join<char>(directory, name);
 }
 
 STDMETHODIMP CKivPageFactory::GetScript(LONG index, IUnknown** script) {
@@ -121,9 +114,9 @@ STDMETHODIMP CKivPageFactory::GetScript(LONG index, IUnknown** script) {
         ComPtr<IKivGraphicFactory> graphics;
         if (!KB_CreateGraphicFactory(graphics.GetAddressOf())) return E_FAIL;
         Object loaded;
-        const HRESULT result =
-            graphics->LoadScript(ToBstr(file), ToBstr(FolderOfFile(file)), ToBstr(locale_.language),
-                                 ToBstr(locale_.subLanguage), loaded.GetAddressOf());
+        const HRESULT result = graphics->LoadScript(
+            ToBstr(file), ToBstr(FolderOfFile<char>(file)), ToBstr(locale_.language),
+            ToBstr(locale_.subLanguage), loaded.GetAddressOf());
         if (SUCCEEDED(result)) *script = loaded.Detach();
         return result;
     });

@@ -27,17 +27,12 @@ struct Registration : testing::Test {
 
 /// With a script of the test's own, and without the type library.
 struct ScriptedRegistration : Registration {
-    ScriptedRegistration() { typeLibraryAnswer = S_OK; }
-
     static inline std::string script;
-    static inline HRESULT typeLibraryAnswer;
 
-    ImportPatch lock{"LockResource",
-                     +[](HGLOBAL) WINAPI { return static_cast<void*>(script.data()); }};
-    ImportPatch size{"SizeofResource",
-                     +[](HMODULE, HRSRC) WINAPI { return static_cast<DWORD>(script.size()); }};
-    ImportPatch typeLibrary{
-        "RegisterTypeLib", +[](ITypeLib*, LPOLESTR, LPOLESTR) WINAPI { return typeLibraryAnswer; }};
+    const ImportPatch patches[3] = {
+        {"LockResource", +[](HGLOBAL) WINAPI -> void* { return script.data(); }},
+        {"SizeofResource", +[](HMODULE, HRSRC) WINAPI -> DWORD { return script.size(); }},
+        {"RegisterTypeLib", +[](ITypeLib*, LPOLESTR, LPOLESTR) WINAPI { return S_OK; }}};
 };
 
 }  // namespace kitbag::test

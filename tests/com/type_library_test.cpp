@@ -8,9 +8,10 @@ namespace {
 using namespace kitbag::test;
 using Microsoft::WRL::ComPtr;
 
-constexpr char kEntry[] = "Classes\\TypeLib\\{158702B0-E0E4-4270-87FD-658F293BAE5E}\\1.0";
+const auto realFile = std::filesystem::path(_pgmptr).replace_filename("Kitbag.dll");
 std::wstring libraryFile;
-std::vector<std::wstring> asked;
+using Files = std::vector<std::wstring>;
+Files asked;
 
 DWORD WINAPI TellLibraryFile(HMODULE, LPWSTR path, DWORD) {
     return static_cast<DWORD>(libraryFile.copy(path, libraryFile.size()));
@@ -22,19 +23,9 @@ HRESULT WINAPI NoteFile(LPCOLESTR file, REGKIND kind, ITypeLib** library) {
 
 /// The library seems to lie in a folder of the test's own.
 struct TypeLibrary : Registration {
-    TypeLibrary() {
-        libraryFile = folder.In("Kitbag.dll");
-        asked.clear();
-    }
+    TypeLibrary() { libraryFile = folder.In("Kitbag.dll"); }
 
-    /// The type library's resource, as a file.
-    void WriteBeside() const {
-        HMODULE library = ::GetModuleHandleA("Kitbag.dll");
-        HRSRC resource = ::FindResourceA(library, MAKEINTRESOURCEA(1), "TYPELIB");
-        const auto* data =
-            static_cast<const char*>(::LockResource(::LoadResource(library, resource)));
-        folder.Write("Kitbag.tlb", {data, ::SizeofResource(library, resource)});
-    }
+    static Files Asked() { return std::exchange(asked, {}); }
 
     const Com com;
     const TextFolder<wchar_t> folder;
@@ -42,45 +33,39 @@ struct TypeLibrary : Registration {
     const ImportPatch load{"LoadTypeLibEx", NoteFile};
 };
 
-TEST_F(TypeLibrary, IsTheLibrarysOwnResource) {
-    wchar_t path[MAX_PATH];
-    ::GetModuleFileNameW(::GetModuleHandleA("Kitbag.dll"), path, MAX_PATH);
-    libraryFile = path;
-    EXPECT_EQ(S_OK, ::DllRegisterServer());
-    EXPECT_EQ(libraryFile, RawKey(std::string(kEntry) + "\\0\\win32").TextOf(nullptr));
-    EXPECT_EQ(std::vector{libraryFile}, asked);
-    EXPECT_EQ(S_OK, ::DllUnregisterServer());
-    EXPECT_FALSE(RawKey::Exists(kEntry));
-}
-
-TEST_F(TypeLibrary, MayLieBesideTheLibrary) {
-    WriteBeside();
-    EXPECT_EQ(S_OK, ::DllRegisterServer());
-    EXPECT_EQ(folder.In("Kitbag.tlb"), RawKey(std::string(kEntry) + "\\0\\win32").TextOf(nullptr));
-    EXPECT_EQ(S_OK, ::DllUnregisterServer());
-    EXPECT_FALSE(RawKey::Exists(kEntry));
-}
-
-TEST_F(TypeLibrary, IsNotLookedForWhereNoFileLiesBeside) {
-    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, ::DllUnregisterServer());
-    EXPECT_EQ(std::vector{libraryFile}, asked);
-    asked.clear();
-    create_directory(folder / "Kitbag.tlb");
-    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, ::DllUnregisterServer());
-    EXPECT_EQ(std::vector{libraryFile}, asked) << "a folder of that name";
-}
-
-TEST_F(TypeLibrary, IsNotFoundWhereTheLibrarysFileIsUnknown) {
-    libraryFile.clear();
-    EXPECT_EQ(E_FAIL, ::DllUnregisterServer());
-    EXPECT_TRUE(asked.empty());
+TEST_F(TypeLibrary, IsTheLibrarysOwnResourceOrLiesBesideIt) {
+    const std::string entry = "Classes\\TypeLib\\{158702B0-E0E4-4270-87FD-658F293BAE5E}\\1.0";
+    const std::pair<std::wstring, Files> rows[] = {
+        {realFile, {realFile}},
+        {libraryFile, {libraryFile, folder.In("Kitbag.tlb")}},
+    };
+    // The library's file is a file with a type library, too.
+    copy_file(realFile, folder / "Kitbag.tlb");
+    for (const auto& [from, lookedFor] : rows) {
+        libraryFile = from;
+        EXPECT_EQ(S_OK, ::DllRegisterServer());
+        EXPECT_EQ(lookedFor, Asked());
+        EXPECT_EQ(lookedFor.back(), RawKey(entry + "\\0\\win32").TextOf(nullptr));
+        EXPECT_EQ(S_OK, ::DllUnregisterServer());
+        EXPECT_FALSE(RawKey::Exists(entry)) << entry;
+        Asked();
+    }
 }
 
 void* WINAPI FindNothing(HMODULE, LPCSTR) { return nullptr; }
 
-TEST_F(TypeLibrary, IsTakenBackByAFunctionThatMayBeMissing) {
+TEST_F(TypeLibrary, IsNotLookedForWhereItCannotBe) {
+    create_directory(folder / "Kitbag.tlb");
+    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, ::DllUnregisterServer()) << "a folder of that name";
+    EXPECT_EQ(Files{libraryFile}, Asked());
+    remove(folder / "Kitbag.tlb");
+    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, ::DllUnregisterServer()) << "no such file";
+    EXPECT_EQ(Files{libraryFile}, Asked());
+    libraryFile.clear();
+    EXPECT_EQ(E_FAIL, ::DllUnregisterServer()) << "the library's file is unknown";
     const ImportPatch missing("GetProcAddress", FindNothing);
-    EXPECT_EQ(TYPE_E_DLLFUNCTIONNOTFOUND, ::DllUnregisterServer());
+    EXPECT_EQ(TYPE_E_DLLFUNCTIONNOTFOUND, ::DllUnregisterServer()) << "no UnRegisterTypeLib";
+    EXPECT_EQ(Files(), Asked());
 }
 
 HRESULT Describe(IKivPageFactory* factory) {
@@ -93,15 +78,15 @@ TEST_F(TypeLibrary, DescribesAnInterfaceOnceItIsFound) {
     ComPtr<IKivPageFactory> factory;
     ASSERT_TRUE(KB_CreateKivPageFactory(&factory));
     EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, Describe(factory.Get()));
-    WriteBeside();
+    copy_file(realFile, folder / "Kitbag.tlb");
     {
         const ImportPatch memory("_ZnwjRKSt9nothrow_t", NoMemory);
         EXPECT_EQ(E_OUTOFMEMORY, Describe(factory.Get()));
     }
     EXPECT_EQ(S_OK, Describe(factory.Get()));
-    asked.clear();
+    Asked();
     EXPECT_EQ(S_OK, Describe(factory.Get()));
-    EXPECT_TRUE(asked.empty()) << "it is kept";
+    EXPECT_EQ(Files(), Asked()) << "it is kept";
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <kitbag/frame/module_record.h>
 
-#include <memory>
-
 namespace {
 
 using namespace kitbag;
@@ -24,54 +22,40 @@ struct ClassObject final : IUnknown {
     STDMETHODIMP_(ULONG) Release() override { return events.push_back("object goes"), 0; }
 };
 
-void WINAPI NoteCallback(void* argument) {
-    events.push_back(std::string("callback ") + static_cast<const char*>(argument));
-}
+void WINAPI NoteCallback(void* argument) { events.push_back(static_cast<const char*>(argument)); }
 
-struct ModuleRecordTest : testing::Test {
-    ModuleRecordTest() { events.clear(); }
+TEST(ModuleRecordTest, TellsItsClassesThatTheLibraryStartsAndEnds) {
     ModuleRecord record;
     ClassObject object;
-};
-
-TEST_F(ModuleRecordTest, TellsItsClassesThatTheLibraryStartsAndEnds) {
-    ClassObjectEntry map[] = {
-        {{&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>}, L"", L""},
-        {{&IID_IDispatch, nullptr, nullptr, nullptr}, L"", L""},
-        {{&IID_IStream, nullptr, nullptr, NoteModule<'C'>}, L"", L""},
-        {},
-    };
+    ClassObjectEntry map[] = {{{&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>}, L"", L""},
+                              {{&IID_IDispatch, nullptr, nullptr, nullptr}, L"", L""},
+                              {{&IID_IStream, nullptr, nullptr, NoteModule<'C'>}, L"", L""},
+                              {}};
     const auto library = reinterpret_cast<HINSTANCE>(&record);
     record.Initialise(library, map);
     EXPECT_THAT(std::exchange(events, {}), ElementsAre("A starts", "C starts"));
     EXPECT_EQ(sizeof record, record.size);
     EXPECT_EQ(ModuleRecord::kCurrentVersion, record.version);
-    EXPECT_EQ(library, record.instance);
-    EXPECT_EQ(library, record.resourceInstance);
-    EXPECT_EQ(library, record.typeLibraryInstance);
+    for (HINSTANCE instance :
+         {record.instance, record.resourceInstance, record.typeLibraryInstance})
+        EXPECT_EQ(library, instance);
     EXPECT_EQ(0, record.lockCount);
 
-    char first[] = "1", second[] = "2";
+    char first[] = "callback 1", second[] = "callback 2";
     map[1].classObject = &object;
-    for (char* name : {first, second})
-        EXPECT_TRUE(record.AddTerminationCallback(NoteCallback, name)) << name;
+    for (char* name : {first, second}) record.AddTerminationCallback(NoteCallback, name);
     record.Terminate();
-    EXPECT_THAT(events, ElementsAre("A ends", "object goes", "C ends", "callback 2", "callback 1"));
+    EXPECT_THAT(std::exchange(events, {}),
+                ElementsAre("A ends", "object goes", "C ends", "callback 2", "callback 1"));
     EXPECT_EQ(nullptr, map[1].classObject);
-}
 
-TEST_F(ModuleRecordTest, WalksShorterEntriesOfTheFirstVersion) {
-    ClassObjectEntry empty[] = {{}};
-    record.Initialise(nullptr, empty);
-    ClassObjectEntryV1 map[] = {
-        {&IID_IUnknown, nullptr, nullptr, NoteModule<'A'>},
-        {&IID_IDispatch, nullptr, nullptr, NoteModule<'B'>},
-        {},
-    };
+    // Entries are shorter where the record is of the first version.
+    ClassObjectEntryV1 shorter[] = {map[0], map[1], map[2], {}};
+    record.Initialise(library, &map[3]);
     record.version = ModuleRecord::kFirstVersion;
-    record.classObjects = map;
+    record.classObjects = shorter;
     record.Terminate();
-    EXPECT_THAT(events, ElementsAre("A ends", "B ends"));
+    EXPECT_THAT(std::exchange(events, {}), ElementsAre("A ends", "C ends"));
 }
 
 }  // namespace
