@@ -9,9 +9,9 @@ using testing::HasSubstr;
 struct FileCommands : ToolTest {};
 
 TEST_F(FileCommands, CrcShowsWhatItCanAndSaysWhatItCannot) {
-    Write("b.bin", "123456789");
-    Write("a.bin", "");
-    Write("c.bin", std::string(100'000, 'x'));
+    folder_.Write("b.bin", "123456789");
+    folder_.Write("a.bin", "");
+    folder_.Write("c.bin", std::string(100'000, 'x'));
     const std::string folder = folder_.Path().string() + '\\';
     std::ofstream held(folder_ / "b.bin", std::ios::app);
     const Ending ending = Kitbag({L"crc", In("missing"), In("*.bin"), In("*.none")});
@@ -33,10 +33,10 @@ TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
     program[0x3c] = '\x40';
     program.replace(0x40, 4, std::string("PE\0\0", 4));
     program.replace(0x48, 4, std::string("\0\xb9\x55\x69", 4));
-    Write("program.exe", program);
-    Write("text.exe", "This is text.");
-    Write("control.ocx", "MZ");
-    Write("readme.txt", "This is text.");
+    folder_.Write("program.exe", program);
+    folder_.Write("text.exe", "This is text.");
+    folder_.Write("control.ocx", "MZ");
+    folder_.Write("readme.txt", "This is text.");
     const Ending ending = Kitbag({L"modules", folder_.Path().wstring()});
     EXPECT_THAT(ending.output,
                 testing::MatchesRegex(

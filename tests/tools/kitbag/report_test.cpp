@@ -16,15 +16,20 @@ constexpr char kGraphicFactory[] = "CLSID\\{8e7363f8-e76b-4d87-943b-5d58b6957360
 
 /// kitbag report and page.
 struct Report : ToolTest {
-    Ending Of(const std::wstring& folder) const { return Kitbag({L"report", L"--folder", folder}); }
+    Report() : base_(folder_.Path().string() + '\\') {}
+    std::string Of(const std::string& folder) const {
+        return Kitbag({L"report", L"--folder", In(folder)}).output;
+    }
     std::set<std::filesystem::path> Files() const {
         const std::filesystem::recursive_directory_iterator all(folder_.Path());
         return {begin(all), end(all)};
     }
+    const std::string base_;
 };
 
-TEST_F(Report, TellsWhatATicketNeeds) {
+TEST_F(Report, TellsWhatATicketNeedsInAFileAsUtf8) {
     RawKey("Screen").Set(L"User experience level", 1);
+    RawKey("Screen").Set(L"Gerät", L"x");
     RawKey("Debug\\Performance").Set(L"Scan Enable", 1);
     RawKey("Debug\\Performance").Set(L"Scan Size", 500);
     RawKey("Debug\\Performance").Set(L"Guide Enable", 0ul);
@@ -35,132 +40,104 @@ TEST_F(Report, TellsWhatATicketNeeds) {
                       1);
     ::RegSetKeyValueA(HKEY_CURRENT_USER, kRedirected, "", REG_SZ, "", 1);
 
-    const Ending report = Kitbag({L"report"});
+    EXPECT_EQ(0u, Kitbag({L"report", In("report.txt")}).code);
     ::RegDeleteTreeA(HKEY_CURRENT_USER, kRedirected);
-    EXPECT_EQ(0u, report.code);
-    EXPECT_THAT(report.output, StartsWith("Kitbag report of 20"));
+    const std::string report = ContentOf(In("report.txt"));
+    EXPECT_THAT(report, StartsWith("\xef\xbb\xbfKitbag report of 20"));
     for (const char* line : {
              "\n    kitbag.exe ",
              "\n    Kitbag.dll ",
-             "\n    Player                    2026-01-01 00:00:00 UTC\n",
+             "\n    Player                    2026-01-01 00:00:00 UTC\r\n",
              "\n    Windows               6.1, build 7601",
              "\n    processor             CPUID '",
-             "Mhz\n",
-             "\n    interactive           yes\n",
-             "\n    first run             not completed\n",
+             "Mhz\r\n",
+             "\n    interactive           yes\r\n",
+             "\n    first run             not completed\r\n",
              "\n    user interface level  1 of 0 (everything) to 3 (the least), stored as dword 1 "
-             "(0x1)\n",
+             "(0x1)\r\n",
              "\n    idle for              ",
-             "\n    Guide is off\n    Scan is on, room for 500 samples\n",
-             "\n    graphic factory  not registered\n",
-             "\n    ! programs of this user that may not write the settings below read\n      "
+             "\n    Guide is off\r\n    Scan is on, room for 500 samples\r\n",
+             "\n    page factory     not registered\r\n    type library     not registered\r\n"
+             "    graphic factory  not registered\r\n",
+             "\n    ! programs of this user that may not write the settings below read\r\n      "
              "HKEY_CURRENT_"
              "USER\\Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\Tarnwick\\Vidmoor "
-             "first\n",
-             "\n        Screen\n            User experience level  dword   1 (0x1)\n",
+             "first\r\n",
+             "\n        Screen\r\n            Ger\xc3\xa4t                  string  \"x\"\r\n",
          })
-        EXPECT_THAT(report.output, HasSubstr(line));
+        EXPECT_THAT(report, HasSubstr(line));
 }
 
 TEST_F(Report, TellsWhereDirectoriesComeFromAndTouchesNothing) {
     for (const char* folder : {"app\\Data", "app\\bin", "skins"})
         create_directories(folder_ / folder);
-    Write("file", "");
-    const std::string base = folder_.Path().string() + '\\';
-    const std::string forgotten = "file is no folder and will be forgotten";
+    folder_.Write("file", "");
+    const std::string forgotten = " is no folder and will be forgotten";
+    const std::string asks = "the next program that needs it asks the user)";
     const struct {
         const char* about;
         std::map<const wchar_t*, const char*> remembered;
-        std::string lines;
+        std::string config, skin, data, docs;
     } rows[] = {
-        {"nothing is remembered",
-         {},
-         "    Config  none (the next program that needs it asks the user)\n"
-         "    Skin    none (that of the configuration)\n"
-         "    Data    " +
-             base +
-             "app\\Data\\ (found upward from the programs)\n"
-             "    Docs    none (the next program that needs it asks the user)\n"},
-        {"folders are remembered",
-         {{L"Config", "skins"}, {L"Data", "app"}, {L"Docs", "app\\bin"}},
-         "    Config  " + base +
-             "skins\\ (remembered)\n"
-             "    Skin    " +
-             base +
-             "skins\\ (that of the configuration)\n"
-             "    Data    " +
-             base +
-             "app\\ (remembered)\n"
-             "    Docs    " +
-             base + "app\\bin\\ (remembered)\n"},
-        {"a file is remembered",
-         {{L"Config", "file"}, {L"Skin", "skins"}, {L"Data", "file"}, {L"Docs", "file"}},
-         "    Config  none (remembered " + base + forgotten +
-             "; the next program that needs it asks the user)\n"
-             "    Skin    " +
-             base +
-             "skins\\ (remembered)\n"
-             "    Data    " +
-             base + "app\\Data\\ (found upward from the programs; remembered " + base + forgotten +
-             ")\n"
-             "    Docs    none (remembered " +
-             base + forgotten + "; the next program that needs it asks the user)\n"},
-        {"a missing folder is remembered",
-         {{L"Skin", "missing"}, {L"Data", "missing"}},
-         "    Config  none (the next program that needs it asks the user)\n"
-         "    Skin    none (remembered " +
-             base +
-             "missing is no folder and will be forgotten; that of the configuration)\n"
-             "    Data    none (remembered " +
-             base + "missing is missing; the next program creates it)\n"},
+        {"Data alone is remembered",
+         {{L"Data", "app"}},
+         "none (" + asks,
+         "none (that of the configuration)",
+         base_ + "app\\ (remembered)",
+         "none (" + asks},
+        {"folders are remembered, but for Data a file",
+         {{L"Config", "skins"}, {L"Data", "file"}, {L"Docs", "app\\bin"}},
+         base_ + "skins\\ (remembered)",
+         base_ + "skins\\ (that of the configuration)",
+         base_ + "app\\Data\\ (found upward from the programs; remembered " + base_ + "file" +
+             forgotten + ')',
+         base_ + "app\\bin\\ (remembered)"},
+        {"files and missing folders are remembered",
+         {{L"Config", "file"}, {L"Skin", "missing"}, {L"Data", "missing"}, {L"Docs", "file"}},
+         "none (remembered " + base_ + "file" + forgotten + "; " + asks,
+         "none (remembered " + base_ + "missing" + forgotten + "; that of the configuration)",
+         "none (remembered " + base_ + "missing is missing; the next program creates it)",
+         "none (remembered " + base_ + "file" + forgotten + "; " + asks},
     };
-    for (const auto& [about, remembered, lines] : rows) {
+    for (const auto& [about, remembered, config, skin, data, docs] : rows) {
+        SCOPED_TRACE(about);
         ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, kRoot);
         for (const auto& [kind, path] : remembered)
             RawKey("Directories").Set((kind + L" Directory"s).c_str(), In(path));
-        const Snapshot before = SnapshotOf();
+        const Snapshot before = TakeSnapshot();
         const auto files = Files();
-        EXPECT_THAT(Of(In("app\\bin")).output, HasSubstr(lines)) << about;
-        EXPECT_EQ(before, SnapshotOf()) << about;
-        EXPECT_EQ(files, Files()) << about;
+        EXPECT_THAT(Of("app\\bin"),
+                    HasSubstr("\n    Config  " + config + "\n    Skin    " + skin +
+                              "\n    Data    " + data + "\n    Docs    " + docs + '\n'));
+        EXPECT_EQ(before, TakeSnapshot());
+        EXPECT_EQ(files, Files());
     }
 }
 
 TEST_F(Report, FollowsTheLinkThatTheLibraryFollows) {
     const Com com;
-    const TextFolder<char> folder;
-    folder.Write("app\\bin\\x");
-    folder.Write("elsewhere\\x");
-    folder.WriteLink("app\\ConfigConfig.lnk", folder.In("elsewhere"));
-    folder.WriteLink("app\\Docs.lnk", folder.In("elsewhere"));
+    folder_.Write("app\\bin\\x");
+    folder_.Write("elsewhere\\x");
+    folder_.WriteLink("app\\ConfigConfig.lnk", base_ + "elsewhere");
+    folder_.WriteLink("app\\Docs.lnk", base_ + "elsewhere");
     // The short form is not every system's.
     char elsewhere[MAX_PATH];
-    ::GetShortPathNameA(folder.In("elsewhere").c_str(), elsewhere, MAX_PATH);
+    ::GetShortPathNameA((base_ + "elsewhere").c_str(), elsewhere, MAX_PATH);
     const std::string origin =
-        "\\ (found upward, by the link " + folder.In("app\\ConfigConfig.lnk") + ")\n";
-    const std::string report = Of((folder / "app\\bin").wstring()).output;
-    EXPECT_THAT(report, testing::AnyOf(HasSubstr("Config  " + folder.In("elsewhere") + origin),
+        "\\ (found upward, by the link " + base_ + "app\\ConfigConfig.lnk)\n";
+    const std::string report = Of("app\\bin");
+    EXPECT_THAT(report, testing::AnyOf(HasSubstr("Config  " + base_ + "elsewhere" + origin),
                                        HasSubstr("Config  " + std::string(elsewhere) + origin)));
     EXPECT_THAT(report, HasSubstr("Docs    none ("));
-}
-
-TEST_F(Report, GoesIntoAFileAsUtf8) {
-    RawKey("Audio").Set(L"Gerät", L"x");
-    EXPECT_EQ(0u, Kitbag({L"report", In("report.txt")}).code);
-    EXPECT_THAT(ContentOf("report.txt"), StartsWith("\xef\xbb\xbfKitbag report of "));
-    EXPECT_THAT(ContentOf("report.txt"), HasSubstr("        Ger\xc3\xa4t  string  \"x\"\r\n"));
 }
 
 TEST_F(Report, TellsHowThePageFactoryIsRegistered) {
     const std::wstring library = BuiltFolder() + L"Kitbag.dll";
     const std::string path = std::filesystem::path(library).string();
     ASSERT_EQ(0u, RunProgram(L"C:\\windows\\system32\\regsvr32.exe", {L"/s", library}).code);
-    const std::string registered = Kitbag({L"report"}).output;
+    EXPECT_THAT(Kitbag({L"report"}).output, HasSubstr("    page factory     " + path +
+                                                      "\n    type library     " + path + "\n"));
     ASSERT_EQ(0u, RunProgram(L"C:\\windows\\system32\\regsvr32.exe", {L"/s", L"/u", library}).code);
-    EXPECT_THAT(registered, HasSubstr("    page factory     " + path + "\n    type library     " +
-                                      path + "\n"));
-    EXPECT_THAT(Kitbag({L"report"}).output, HasSubstr("    page factory     not registered\n"
-                                                      "    type library     not registered\n"));
 }
 
 TEST_F(Report, TellsOfClassesWhoseServerIsMissingOrAnother) {
@@ -181,19 +158,18 @@ TEST_F(Report, TellsOfClassesWhoseServerIsMissingOrAnother) {
 }
 
 TEST_F(Report, PageTellsFromWhichFilesAPageIsMade) {
-    const std::string base = folder_.Path().string() + '\\';
     for (const char* file :
          {"skin\\Main.page", "skin\\banner.gif", "skin\\tv.PNG", "skin\\notes.txt"})
-        Write(file, "x");
+        folder_.Write(file);
     RawKey("Directories").Set(L"Skin Directory", In("skin"));
     const Ending page = Kitbag({L"page", L"Main.page", L"--folder", folder_.Path().wstring()});
     EXPECT_EQ(
         "settings                no other file; the page's own name is taken\n"
         "script                  " +
-            base +
+            base_ +
             "skin\\Main.page\n"
             "skin directory          " +
-            base +
+            base_ +
             "skin\\ (remembered)\n"
             "language directory      none, Lingrel.dll is not there\n"
             "sub-language directory  none\n"
@@ -206,7 +182,7 @@ TEST_F(Report, PageTellsFromWhichFilesAPageIsMade) {
     RawKey("Skins").Set(L"Main.page", L"Other.page");
     const Ending other = Kitbag({L"page", L"Main.page"});
     EXPECT_THAT(other.output, HasSubstr("value \"Main.page\": string \"Other.page\"\n"));
-    EXPECT_THAT(other.output, HasSubstr(base + "skin\\Other.page ! missing\n"));
+    EXPECT_THAT(other.output, HasSubstr(base_ + "skin\\Other.page ! missing\n"));
     EXPECT_EQ(1u, other.code);
 }
 

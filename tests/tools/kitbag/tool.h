@@ -17,10 +17,12 @@ struct Ending {
     std::string errors;
 };
 
-/// A program that runs until it ends or this object does. Its output goes into files.
+/// A program that runs until it ends or this object does.
 class Running {
  public:
-    Running(const std::wstring& program, const std::vector<std::wstring>& words);
+    /// The output goes into a file of this object's own, or where it is wanted.
+    Running(const std::wstring& program, const std::vector<std::wstring>& words,
+            const wchar_t* output = nullptr);
     ~Running();
     Running(const Running&) = delete;
 
@@ -48,9 +50,20 @@ inline void PrintTo(const Ending& ending, std::ostream* out) {
          << ending.errors;
 }
 
-/// Every value below a section by its path, with its type and bytes; sections end in a backslash.
+std::string ContentOf(const std::filesystem::path& file);
+
+/// The bytes of a text as the registry and wide files hold it, without a terminator.
+std::string Utf16(const std::wstring& text);
+
+/// Every value below the settings' root by its path, with its type and bytes; sections end in a
+/// backslash.
 using Snapshot = std::map<std::wstring, std::pair<DWORD, Bytes>>;
-Snapshot SnapshotOf(const std::string& section = {});
+inline const Snapshot::mapped_type kSection{REG_NONE, Bytes("")};
+Snapshot TakeSnapshot();
+
+/// Any bytes as a value of any type.
+void Store(const std::string& section, const std::wstring& name, DWORD type,
+           const std::string& bytes);
 
 /// The tool is another process: it does not see the private registry. While a test runs, the
 /// application's real keys are put aside.
@@ -59,13 +72,9 @@ class ToolTest : public testing::Test {
     ToolTest();
     ~ToolTest() override;
 
-    std::wstring In(const std::string& name) const { return (folder_ / name).wstring(); }
-    std::string ContentOf(const std::string& name) const;
-    void Write(const std::string& name, const std::string& content) const;
-    /// As UTF-16 with a byte order mark and the system's line ends.
-    void WriteWide(const std::string& name, const std::wstring& text) const;
+    std::wstring In(const std::string& name) const { return folder_.In(name); }
 
-    const TemporaryFolder folder_;
+    const TextFolder<wchar_t> folder_;
 };
 
 }  // namespace kitbag::test
