@@ -12,7 +12,7 @@ TEST_F(SettingsTour, LeavesTheSettingsOfAnInstalledApplicationAsTheyAre) {
     RawKey("Obsolete\\Deep").Set(L"Page", 1);
     // Of a tour that was interrupted.
     RawKey("Settings tour\\Audio").Set(L"Volume", 1);
-    const Ending tour = RunProgram(BuiltFolder() + L"settings_tour.exe", {});
+    const Ending tour = Run(L'"' + BuiltFolder() + L"settings_tour.exe\"");
     EXPECT_EQ(0u, tour.code);
     EXPECT_THAT(tour.output, testing::HasSubstr("volume                       70\n"));
     EXPECT_THAT(tour.output, testing::HasSubstr("Configuration\\Settings tour\\Audio<p>\n"));

@@ -20,16 +20,13 @@ using namespace kitbag::test;
 constexpr DWORD kOnlyAHangIsLonger = 30000;
 
 /// The key that every system has.
-struct SoftwareKey {
-    SoftwareKey() { ::RegCreateKeyA(HKEY_LOCAL_MACHINE, "Software", &key); }
-    ~SoftwareKey() { ::RegCloseKey(key); }
-    HKEY key = nullptr;
-};
+void CreateSoftwareKey() { ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, "Software", "", REG_SZ, "", 1); }
 
 /// Watches "Audio\\Deep" and keeps what its value "n" was at the last notice; 0 where there is
 /// none.
 class Watched {
  public:
+    Watched() { CreateSoftwareKey(); }
     ~Watched() { ::CloseHandle(noticed_); }
 
     /// Waits for a notice that finds this number.
@@ -56,7 +53,6 @@ class Watched {
         ::SetEvent(noticed_);
     }
 
-    const SoftwareKey software_;
     const HANDLE noticed_ = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
     std::atomic<DWORD> seen_ = 0;
     std::atomic<DWORD> thread_ = 0;
@@ -128,7 +124,7 @@ TEST(SettingsWatch, TakesNoProcessorTimeWhileItWaits) {
 const HANDLE terminated = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
 
 TEST(SettingsWatch, EndsTheProgramWhereAnExceptionLeavesItsFunction) {
-    const SoftwareKey software;
+    CreateSoftwareKey();
     // Ends the watch's thread in place of the program.
     const auto before = std::set_terminate([] {
         ::SetEvent(terminated);

@@ -38,7 +38,7 @@ TEST_F(SettingsCommands, ShowValuesOfEveryTypeAndWhatProgramsReadInstead) {
     };
     for (const auto& [name, type, bytes, shown, mark] : rows)
         Store("Audio", {name.begin(), name.end()}, type, bytes);
-    const std::string list = Kitbag({L"list", L"Audio"}).output;
+    const std::string list = Kitbag(L"list Audio").output;
     const std::size_t width = "no terminator"s.size();
     for (const auto& [name, type, bytes, shown, mark] : rows) {
         std::string lines = name + std::string(width - name.size(), ' ') + "  " + shown + '\n';
@@ -46,7 +46,7 @@ TEST_F(SettingsCommands, ShowValuesOfEveryTypeAndWhatProgramsReadInstead) {
         EXPECT_THAT(list, HasSubstr("\n    " + lines));
     }
     EXPECT_EQ("string \"abc\"\n! " + noTerminator + '\n',
-              Kitbag({L"get", L"Audio", L"no terminator"}).output);
+              Kitbag(L"get Audio \"no terminator\"").output);
 }
 
 TEST_F(SettingsCommands, ListASectionOrAllBelowIt) {
@@ -61,19 +61,19 @@ TEST_F(SettingsCommands, ListASectionOrAllBelowIt) {
         "    (default)  string  \"default\"\n"
         "    Device     string  \"Lautsprecher f\xc3\xbcr G\xc3\xa4ste\"\n"
         "    volume     dword   70 (0x46)\n";
-    const Ending list = Kitbag({L"list", L"Audio"});
+    const Ending list = Kitbag(L"list Audio");
     EXPECT_EQ(values + "    Zones\\                0 values, 1 section\n", list.output);
     EXPECT_EQ(0u, list.code);
     EXPECT_EQ(values +
                   "    Zones\n"
                   "        Kitchen\n"
                   "            Volume  dword   5 (0x5)\n",
-              Kitbag({L"list", L"--tree", L"Audio"}).output);
+              Kitbag(L"list --tree Audio").output);
     EXPECT_EQ(
         "HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor\\Configuration\n"
         "    Audio\\                3 values, 2 sections\n"
         "    Audio-Video\\          1 value\n",
-        Kitbag({L"list"}).output);
+        Kitbag(L"list").output);
 }
 
 TEST_F(SettingsCommands, CutWhatIsLongInListsOnly) {
@@ -81,37 +81,33 @@ TEST_F(SettingsCommands, CutWhatIsLongInListsOnly) {
     std::string shown;
     for (int i = 0; i < 128; ++i) shown += "01 ";
     EXPECT_EQ("Audio\n    Block  data    " + shown + "... (129 bytes)\n",
-              Kitbag({L"list", L"Audio"}).output);
-    EXPECT_EQ("data " + shown + "01\n", Kitbag({L"get", L"Audio", L"Block"}).output);
+              Kitbag(L"list Audio").output);
+    EXPECT_EQ("data " + shown + "01\n", Kitbag(L"get Audio Block").output);
 }
 
 TEST_F(SettingsCommands, SetWritesWhatTheLibraryWrites) {
     const struct {
-        const wchar_t *type, *word;
+        std::wstring typeAndWord;
         DWORD stored;
         std::string bytes, shown;
     } rows[] = {
-        {L"bool", L"Yes", REG_DWORD, "\1\0\0\0"s, "dword 1 (0x1)"},
-        {L"bool", L"off", REG_DWORD, "\0\0\0\0"s, "dword 0 (0x0)"},
-        {L"dword", L"4294967295", REG_DWORD, "\xff\xff\xff\xff",
-         "dword 4294967295 (-1, 0xffffffff)"},
-        {L"dword", L"0x1F", REG_DWORD, "\x1f\0\0\0"s, "dword 31 (0x1f)"},
-        {L"int", L"-2147483648", REG_DWORD, "\0\0\0\x80"s,
-         "dword 2147483648 (-2147483648, 0x80000000)"},
-        {L"string", L"Ž 来", REG_SZ, Utf16(L"Ž 来\0"s), "string \"\xc5\xbd \xe6\x9d\xa5\""},
-        {L"string", L"", REG_SZ, "", "string \"\""},
-        {L"data", L"1b,00 26FF", REG_BINARY, "\x1b\0\x26\xff"s, "data 1b 00 26 ff"},
+        {L"bool Yes", REG_DWORD, "\1\0\0\0"s, "dword 1 (0x1)"},
+        {L"bool off", REG_DWORD, "\0\0\0\0"s, "dword 0 (0x0)"},
+        {L"dword 4294967295", REG_DWORD, "\xff\xff\xff\xff", "dword 4294967295 (-1, 0xffffffff)"},
+        {L"dword 0x1F", REG_DWORD, "\x1f\0\0\0"s, "dword 31 (0x1f)"},
+        {L"int -2147483647", REG_DWORD, "\1\0\0\x80"s,
+         "dword 2147483649 (-2147483647, 0x80000001)"},
+        {L"string \"Ž 来\"", REG_SZ, Utf16(L"Ž 来\0"s), "string \"\xc5\xbd \xe6\x9d\xa5\""},
+        {L"string \"\"", REG_SZ, "", "string \"\""},
+        {L"data \"1b,00 26FF\"", REG_BINARY, "\x1b\0\x26\xff"s, "data 1b 00 26 ff"},
     };
     std::string before = "new";
-    for (const auto& [type, word, stored, bytes, shown] : rows) {
-        const Ending ending = Kitbag({L"set", L"Neu\\Ö", L"Wert", type, word});
+    for (const auto& [typeAndWord, stored, bytes, shown] : rows) {
+        const Ending ending = Kitbag(L"set Ö Wert " + typeAndWord);
         EXPECT_EQ(shown + " (" + before + ")\n", ending.output);
         EXPECT_EQ(0u, ending.code) << shown;
-        EXPECT_EQ((Snapshot{{L"Neu\\", kSection},
-                            {L"Neu\\Ö\\", kSection},
-                            {L"Neu\\Ö\\Wert", {stored, Bytes(bytes)}}}),
-                  TakeSnapshot())
-            << shown;
+        const Snapshot expected{{L"Ö\\", kSection}, {L"Ö\\Wert", {stored, Bytes(bytes)}}};
+        EXPECT_EQ(expected, TakeSnapshot()) << shown;
         before = "was " + shown;
     }
 }
@@ -122,53 +118,47 @@ TEST_F(SettingsCommands, SayWhatTheyDoNotDoAndChangeNothing) {
     RawKey("Audio\\Zones\\Kitchen").Set(L"Volume", 5);
     const Snapshot before = TakeSnapshot();
     const std::string root = "HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor\\Configuration\\";
-    const std::string consent = "; nothing is done without --yes\n";
+    const std::string kept = "; nothing is done without --yes";
     const struct {
-        std::vector<std::wstring> words;
+        const wchar_t* command;
         DWORD code;
         std::string message;
     } rows[] = {
-        {{L"list", L"Video"}, 1, root + "Video does not exist\n"},
-        {{L"get", L"Audio", L"Mute"}, 1, root + "Audio, value \"Mute\" does not exist\n"},
-        {{L"get", L"Video", L""}, 1, root + "Video, value (default) does not exist\n"},
-        {{L"delete", L"Audio", L"Mute", L"--yes"},
-         1,
-         root + "Audio, value \"Mute\" does not exist\n"},
-        {{L"delete", L"Video", L"--yes"}, 1, root + "Video does not exist\n"},
-        {{L"delete", L"", L"--yes"}, 2, "the settings are not deleted as a whole\n"},
-        {{L"delete", L"Audio"},
-         2,
-         "would delete " + root + "Audio (3 values, 2 sections below)" + consent},
-        {{L"delete", L"Audio", L""},
-         2,
-         "would delete " + root + "Audio, value (default): dword 7 (0x7)" + consent},
+        {L"list Video", 1, root + "Video does not exist"},
+        {L"get Audio Mute", 1, root + "Audio, value \"Mute\" does not exist"},
+        {L"get Video \"\"", 1, root + "Video, value (default) does not exist"},
+        {L"delete Audio Mute --yes", 1, root + "Audio, value \"Mute\" does not exist"},
+        {L"delete Video --yes", 1, root + "Video does not exist"},
+        {L"delete \"\" --yes", 2, "the settings are not deleted as a whole"},
+        {L"delete Audio", 2, "would delete " + root + "Audio (3 values, 2 sections below)" + kept},
+        {L"delete Audio \"\"", 2,
+         "would delete " + root + "Audio, value (default): dword 7 (0x7)" + kept},
     };
-    for (const auto& [words, code, message] : rows) {
-        const Ending ending = Kitbag(words);
-        EXPECT_EQ("kitbag: " + message, ending.errors);
+    for (const auto& [command, code, message] : rows) {
+        const Ending ending = Kitbag(command);
+        EXPECT_EQ("kitbag: " + message + '\n', ending.errors);
         EXPECT_EQ(code, ending.code) << message;
     }
-    const wchar_t* const noValues[][2] = {
-        {L"bool", L"2"},          {L"dword", L"-1"},
-        {L"dword", L"0x"},        {L"dword", L"4294967296"},
-        {L"dword", L"12 "},       {L"int", L"2147483648"},
-        {L"int", L"-2147483649"}, {L"int", L"99999999999999999999"},
-        {L"data", L"1"},          {L"data", L"1 b"},
-        {L"number", L"1"},
-    };
-    for (const auto& [type, word] : noValues)
-        EXPECT_EQ(2u, Kitbag({L"set", L"Audio", L"Volume", type, word}).code)
-            << testing::PrintToString(type) << ' ' << testing::PrintToString(word);
     EXPECT_EQ(before, TakeSnapshot());
+}
+
+TEST_F(SettingsCommands, SetRefusesWhatIsNoValueOfTheType) {
+    for (const std::wstring typeAndWord :
+         {L"bool 2", L"dword -1", L"dword 0x", L"dword 4294967296", L"dword \"12 \"",
+          L"int 2147483648", L"int -2147483649", L"int 99999999999999999999", L"data 1",
+          L"data \"1 b\"", L"number 1"})
+        EXPECT_EQ(2u, Kitbag(L"set Audio Volume " + typeAndWord).code)
+            << testing::PrintToString(typeAndWord);
+    EXPECT_FALSE(RawKey::Exists());
 }
 
 TEST_F(SettingsCommands, DeleteWithConsent) {
     RawKey("Audio").Set(L"", 7);
     RawKey("Audio\\Zones\\Kitchen").Set(L"Volume", 5);
-    EXPECT_EQ(0u, Kitbag({L"delete", L"Audio", L"", L"--yes"}).code);
+    EXPECT_EQ(0u, Kitbag(L"delete Audio \"\" --yes").code);
     EXPECT_FALSE(RawKey("Audio").Has(L""));
     EXPECT_TRUE(RawKey::Exists("Audio\\Zones"));
-    EXPECT_EQ(0u, Kitbag({L"delete", L"Audio", L"--yes"}).code);
+    EXPECT_EQ(0u, Kitbag(L"delete Audio --yes").code);
     EXPECT_FALSE(RawKey::Exists("Audio"));
 }
 
@@ -197,19 +187,19 @@ class LockedKey {
 TEST_F(SettingsCommands, SayWhatTheyMayNotTouch) {
     RawKey("Audio").Set(L"Volume", 7);
     const LockedKey locked("Locked");
-    const std::vector<std::wstring> rows[] = {
-        {L"get", L"Locked", L"Volume"},
-        {L"set", L"Locked", L"Volume", L"dword", L"1"},
-        {L"set", L"Locked\\Deeper\\Still", L"Volume", L"dword", L"1"},
-        {L"delete", L"Locked", L"--yes"},
-        {L"watch", L"Locked"},
-        {L"export", In("all.reg")},
-        {L"list", L"--tree"},
+    const wchar_t* const rows[] = {
+        L"get Locked Volume",
+        L"set Locked Volume dword 1",
+        L"set Locked\\Deeper\\Still Volume dword 1",
+        L"delete Locked --yes",
+        L"watch Locked",
+        L"export all.reg",
+        L"list --tree",
     };
     Ending last;
-    for (const auto& words : rows) {
-        last = Kitbag(words);
-        EXPECT_EQ(3u, last.code) << testing::PrintToString(words);
+    for (const wchar_t* command : rows) {
+        last = Kitbag(command);
+        EXPECT_EQ(3u, last.code) << testing::PrintToString(command);
         EXPECT_THAT(last.output + last.errors, HasSubstr("Locked"));
         EXPECT_THAT(last.output + last.errors, HasSubstr("(error 5)"));
     }

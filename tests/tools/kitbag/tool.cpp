@@ -7,15 +7,15 @@ namespace {
 constexpr wchar_t kApplication[] = L"Software\\Tarnwick";
 constexpr wchar_t kPutAside[] = L"Software\\Kitbag tests\\put aside";
 
-/// Words of the tests hold no quotes.
-std::wstring Quoted(const std::wstring& word) {
-    return L'"' + word + (word.ends_with(L'\\') ? L"\\\"" : L"\"");
-}
-
 HANDLE NewFile(const std::filesystem::path& path) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     return ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE,
                          FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, CREATE_ALWAYS, 0, nullptr);
+}
+
+std::string Content(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void MoveTree(HKEY from, const wchar_t* path, HKEY to, const wchar_t* newPath) {
@@ -48,10 +48,7 @@ void AddTo(Snapshot& snapshot, HKEY key, const std::wstring& path) {
 
 }  // namespace
 
-Running::Running(const std::wstring& program, const std::vector<std::wstring>& words,
-                 const wchar_t* output) {
-    std::wstring command = Quoted(program);
-    for (const std::wstring& word : words) command += L' ' + Quoted(word);
+Running::Running(std::wstring command, const std::filesystem::path& folder, const wchar_t* output) {
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
@@ -59,7 +56,7 @@ Running::Running(const std::wstring& program, const std::vector<std::wstring>& w
     start.hStdError = NewFile(folder_ / "errors");
     PROCESS_INFORMATION process{};
     EXPECT_TRUE(::CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                 folder_.Path().c_str(), &start, &process))
+                                 folder.c_str(), &start, &process))
         << testing::PrintToString(command);
     for (HANDLE handle : {start.hStdOutput, start.hStdError, process.hThread})
         ::CloseHandle(handle);
@@ -88,26 +85,13 @@ Ending Running::Wait() const {
 }
 
 std::string Running::Written(const char* name) const {
-    std::string content = ContentOf(folder_ / name);
+    std::string content = Content(folder_ / name);
     std::erase(content, '\r');
     return content;
 }
 
 std::wstring BuiltFolder() {
     return std::filesystem::path(_pgmptr).parent_path().wstring() + L'\\';
-}
-
-Ending RunProgram(const std::wstring& program, const std::vector<std::wstring>& words) {
-    return Running(program, words).Wait();
-}
-
-Ending Kitbag(const std::vector<std::wstring>& words) {
-    return RunProgram(BuiltFolder() + L"kitbag.exe", words);
-}
-
-std::string ContentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::string Utf16(const std::wstring& text) {
@@ -134,5 +118,7 @@ ToolTest::~ToolTest() {
     ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, kApplication);
     MoveTree(HKEY_CURRENT_USER, kPutAside, HKEY_LOCAL_MACHINE, kApplication);
 }
+
+std::string ToolTest::ContentOf(const std::string& name) const { return Content(folder_ / name); }
 
 }  // namespace kitbag::test
