@@ -16,18 +16,28 @@ using namespace kitbag::test;
 using testing::ElementsAre;
 using Text = TWinString<char>;
 
+template <class T>
+T As(T value) {
+    return value;
+}
+
+/// What the settings hold, each taken as the plain type that it converts to.
+auto HeldBy(const Player& player) {
+    return std::tuple(As<unsigned long>(player.volume), As<bool>(player.passthrough),
+                      As<GUID>(player.output).Data1, As<std::vector<unsigned char>>(player.key),
+                      As<std::string>(player.skin), As<std::wstring>(player.title),
+                      As<std::string>(player.folder), As<Deinterlace>(player.deinterlace),
+                      As<long>(player.audio.balance));
+}
+using Held = decltype(HeldBy({}));
+
 TEST(Section, HoldsTheDefaultsWhereNothingIsStoredAndStoresNone) {
     const Player player("Player");
-    EXPECT_EQ(70u, player.volume.Get());
-    EXPECT_FALSE(player.passthrough.Get());
-    EXPECT_EQ(3, player.output.Get().Data3);
-    EXPECT_THAT(player.key.Get(), ElementsAre(1, 2));
-    EXPECT_TRUE(player.skin == "Midnight");
-    EXPECT_TRUE(player.title == L"日本語");
+    EXPECT_EQ(
+        Held(70, false, 1, {1, 2}, "Midnight", L"日本語", "C:\\Music", Deinterlace::Adaptive, -3),
+        HeldBy(player));
     EXPECT_FALSE(player.title == L"日本誤") << "alike in the code page";
-    EXPECT_EQ("C:\\Music", player.folder.GetDirectory());
-    EXPECT_EQ(Deinterlace::Adaptive, player.deinterlace.Get());
-    EXPECT_EQ(-3, player.audio.balance.Get());
+    EXPECT_TRUE(player.folder.IsDirectory());
     EXPECT_TRUE(player.channels.empty());
     EXPECT_TRUE(player.IsDefault());
     EXPECT_FALSE(RawKey::Exists("Player"));
@@ -46,23 +56,19 @@ TEST(Section, WritesEveryChangeAtOnceAsTheClassesBelowStoreIt) {
     player.audio.balance = -7;
 
     const RawKey key("Player");
-    EXPECT_EQ(55u, key.NumberOf(L"Volume"));
-    EXPECT_EQ(1u, key.NumberOf(L"Passthrough"));
-    EXPECT_EQ(L"{00020400-0000-0000-C000-000000000046}", key.TextOf(L"Output"));
-    EXPECT_EQ(L"Dawn", key.TextOf(L"Skin"));
-    EXPECT_EQ(L"Первый", key.TextOf(L"Title"));
-    EXPECT_EQ(L"D:\\", key.TextOf(L"Folder"));
-    EXPECT_EQ(L"*.mp3", key.TextOf(L"Folder/filter"));
-    EXPECT_EQ(1u, key.NumberOf(L"Folder/Is directory"));
-    EXPECT_EQ(0u, key.NumberOf(L"Deinterlace"));
+    const std::pair<const wchar_t*, DWORD> numbers[] = {
+        {L"Volume", 55}, {L"Passthrough", 1}, {L"Folder/Is directory", 1}, {L"Deinterlace", 0}};
+    for (const auto& [name, number] : numbers) EXPECT_EQ(number, key.NumberOf(name)) << name;
+    const std::pair<const wchar_t*, const wchar_t*> texts[] = {
+        {L"Output", L"{00020400-0000-0000-C000-000000000046}"},
+        {L"Skin", L"Dawn"},
+        {L"Title", L"Первый"},
+        {L"Folder", L"D:\\"},
+        {L"Folder/filter", L"*.mp3"}};
+    for (const auto& [name, text] : texts) EXPECT_EQ(text, key.TextOf(name));
     EXPECT_EQ(static_cast<DWORD>(-7), RawKey("Player\\Audio").NumberOf(L"Balance"));
-    ByteArrayValue bytes("Player", "Key", true);
-    unsigned long size = 0;
-    const unsigned char* data = bytes.GetValue(&size);
-    EXPECT_THAT(std::vector(data, data + size), ElementsAre(7, 0, 8));
-
-    const Player again("Player");
-    EXPECT_TRUE(again.SameAs(player)) << again.ToString();
+    EXPECT_EQ(Held(55, true, 0x20400, {7, 0, 8}, "Dawn", L"Первый", "D:\\", Deinterlace::Off, -7),
+              HeldBy(Player("Player")));
 }
 
 TEST(Section, ReadsWhatProgramsWithoutTheLayerWrote) {
@@ -77,27 +83,10 @@ TEST(Section, ReadsWhatProgramsWithoutTheLayerWrote) {
     KB_SetStringW(L"Player", L"Title", L"映画");
     KB_SetDWORDA("Player", "Deinterlace", 0);
     KB_SetIntA("Player\\Audio", "Balance", -1);
-
     const Player player("Player");
-    const unsigned long volume = player.volume;
-    const bool passthrough = player.passthrough;
-    const GUID output = player.output;
-    const std::vector<unsigned char> key = player.key;
-    const std::string skin = player.skin;
-    const std::wstring title = player.title;
-    const std::string path = player.folder;
-    const Deinterlace deinterlace = player.deinterlace;
-    const long balance = player.audio.balance;
-    EXPECT_EQ(6u, volume);
-    EXPECT_TRUE(passthrough);
-    EXPECT_EQ(9u, output.Data1);
-    EXPECT_THAT(key, ElementsAre('k'));
-    EXPECT_EQ("Dawn", skin);
-    EXPECT_EQ(L"映画", title);
-    EXPECT_EQ("D:\\a.mp3", path);
+    EXPECT_EQ(Held(6, true, 9, {'k'}, "Dawn", L"映画", "D:\\a.mp3", Deinterlace::Off, -1),
+              HeldBy(player));
     EXPECT_FALSE(player.folder.IsDirectory());
-    EXPECT_EQ(Deinterlace::Off, deinterlace);
-    EXPECT_EQ(-1, balance);
 }
 
 TEST(Section, ReadsASettingOnFirstUseAndAgainWhenItIsLoaded) {
@@ -155,17 +144,11 @@ TEST(Section, WithoutAPlaceIsLoadedAndSavedWhereItsOwnerSays) {
 
 TEST(Section, KeepsNumbersInTheirRangesWhoeverSetsThem) {
     Player player("Player");
-    struct {
-        const char* what;
-        long long number;
-        unsigned long held;
-    } const rows[] = {{"in range", 99, 99}, {"the highest", 100, 100},
-                      {"above", 101, 100},  {"below", 4, 5},
-                      {"negative", -1, 5},  {"too large for the type", 1LL << 32, 100}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        player.volume = row.number;
-        EXPECT_EQ(row.held, RawKey("Player").NumberOf(L"Volume"));
+    const std::pair<long long, DWORD> rows[] = {{99, 99}, {100, 100}, {101, 100},
+                                                {4, 5},   {-1, 5},    {1LL << 32, 100}};
+    for (const auto& [number, held] : rows) {
+        player.volume = number;
+        EXPECT_EQ(held, RawKey("Player").NumberOf(L"Volume")) << "of " << number;
     }
     static_cast<UInt32Value&>(player.volume).SetValue(2);
     EXPECT_EQ(5u, player.volume.Get());
@@ -245,14 +228,12 @@ TEST(Section, TellsSettingsScreensWhatWasDeclared) {
 
 TEST(Section, IsVisitedAndCastAsTheClassesBelow) {
     const Player player("Player");
-    EXPECT_TRUE(KB_GetAsValueCollection(&player));
     EXPECT_TRUE(KB_GetAsValueCollection(&player.audio));
-    EXPECT_TRUE(KB_GetAsUInt32Value(player.GetValue("Volume")));
-    EXPECT_TRUE(KB_GetAsTStringValue(player.GetValue("Title"))) << "a 16-bit text, as its base";
-    EXPECT_TRUE(KB_GetAsFilenameValue(player.GetValue("Folder")));
-    EXPECT_TRUE(KB_GetAsUInt32Enum(player.GetValue("Deinterlace")));
-    EXPECT_TRUE(KB_GetAsValueTable(player.GetValue("Channels")));
-    EXPECT_TRUE(KB_GetAsValueList(player.GetValue("Recent files")));
+    EXPECT_TRUE(KB_GetAsUInt32Value(&player.volume));
+    EXPECT_TRUE(KB_GetAsTStringValue(&player.title)) << "a 16-bit text, as its base";
+    EXPECT_TRUE(KB_GetAsUInt32Enum(&player.deinterlace));
+    EXPECT_TRUE(KB_GetAsValueTable(&player.channels));
+    EXPECT_TRUE(KB_GetAsValueList(&player.recent));
     const Channel channel;
     EXPECT_TRUE(KB_GetAsValueTableEntry(&channel));
     EXPECT_EQ("Title='\\x65e5\\x672c\\x8a9e'", player.title.ToString());

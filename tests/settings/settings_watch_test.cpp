@@ -19,11 +19,9 @@ using namespace kitbag::test;
 
 constexpr DWORD kOnlyAHangIsLonger = 30000;
 
-/// The key that every system has.
-struct SoftwareKey {
-    SoftwareKey() { ::RegCreateKeyA(HKEY_LOCAL_MACHINE, "Software", &key); }
-    ~SoftwareKey() { ::RegCloseKey(key); }
-    HKEY key = nullptr;
+struct SettingsWatch : testing::Test {
+    /// The key that every system has.
+    SettingsWatch() { ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, "Software", "", REG_SZ, "", 1); }
 };
 
 /// Watches "Audio\\Deep" and keeps what its value "n" was at the last notice; 0 where there is
@@ -56,7 +54,6 @@ class Watched {
         ::SetEvent(noticed_);
     }
 
-    const SoftwareKey software_;
     const HANDLE noticed_ = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
     std::atomic<DWORD> seen_ = 0;
     std::atomic<DWORD> thread_ = 0;
@@ -67,7 +64,7 @@ class Watched {
 
 void StoreNumber(DWORD number) { KB_SetDWORDA("Audio\\Deep", "n", number); }
 
-TEST(SettingsWatch, MissesNoChange) {
+TEST_F(SettingsWatch, MissesNoChange) {
     std::optional<Watched> watched;
     // A notice ends with the thread that armed it, which is not the one that made the watch.
     std::thread([&] { watched.emplace(); }).join();
@@ -79,7 +76,7 @@ TEST(SettingsWatch, MissesNoChange) {
     EXPECT_TRUE(watched->Sees(300)) << "changes in a row";
 }
 
-TEST(SettingsWatch, SurvivesTheDeletionAndCreationOfItsSection) {
+TEST_F(SettingsWatch, SurvivesTheDeletionAndCreationOfItsSection) {
     Watched watched;
     for (const char* deleted : {"Audio", "Audio\\Deep"})
         for (DWORD number = 1; number <= 50; ++number) {
@@ -91,15 +88,14 @@ TEST(SettingsWatch, SurvivesTheDeletionAndCreationOfItsSection) {
         }
 }
 
-TEST(SettingsWatch, TellsOfTheSectionsBelowAndNotOfThoseBeside) {
+TEST_F(SettingsWatch, TellsOfTheSectionsBelowAndNotOfThoseBeside) {
     Watched watched;
     StoreNumber(1);
     ASSERT_TRUE(watched.Sees(1));
     const int before = watched.Calls();
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         KB_SetDWORDA(("Audio\\Beside " + std::to_string(i)).c_str(), "n", 7);
-        KB_SetDWORDA("Audio", "n", 7);
-    }
+    KB_SetDWORDA("Audio", "n", 7);
     StoreNumber(2);
     ASSERT_TRUE(watched.Sees(2));
     // One that came while the watch was being armed again may be told of twice.
@@ -110,11 +106,11 @@ TEST(SettingsWatch, TellsOfTheSectionsBelowAndNotOfThoseBeside) {
     EXPECT_LT(calls, watched.Calls());
 }
 
-TEST(SettingsWatch, EndsWithoutAChangeAndLeavesNothingOpen) {
+TEST_F(SettingsWatch, EndsWithoutAChangeAndLeavesNothingOpen) {
     ExpectNoHandleLeak([] { const kitbag::SettingsWatch watch(L"Audio", [] {}); });
 }
 
-TEST(SettingsWatch, TakesNoProcessorTimeWhileItWaits) {
+TEST_F(SettingsWatch, TakesNoProcessorTimeWhileItWaits) {
     Watched watched;
     StoreNumber(1);
     ASSERT_TRUE(watched.Sees(1));
@@ -127,8 +123,7 @@ TEST(SettingsWatch, TakesNoProcessorTimeWhileItWaits) {
 
 const HANDLE terminated = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
 
-TEST(SettingsWatch, EndsTheProgramWhereAnExceptionLeavesItsFunction) {
-    const SoftwareKey software;
+TEST_F(SettingsWatch, EndsTheProgramWhereAnExceptionLeavesItsFunction) {
     // Ends the watch's thread in place of the program.
     const auto before = std::set_terminate([] {
         ::SetEvent(terminated);

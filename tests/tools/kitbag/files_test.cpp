@@ -9,20 +9,20 @@ using testing::HasSubstr;
 struct FileCommands : ToolTest {};
 
 TEST_F(FileCommands, CrcShowsWhatItCanAndSaysWhatItCannot) {
-    Write("b.bin", "123456789");
-    Write("a.bin", "");
-    Write("c.bin", std::string(100'000, 'x'));
-    const std::string folder = folder_.Path().string() + '\\';
+    folder_.Write("b.bin", "123456789");
+    folder_.Write("a.bin", "");
+    folder_.Write("c.bin", std::string(100'000, 'x'));
     std::ofstream held(folder_ / "b.bin", std::ios::app);
-    const Ending ending = Kitbag({L"crc", In("missing"), In("*.bin"), In("*.none")});
-    EXPECT_EQ("00000000  0  " + folder + "a.bin\n" +      //
-                  "cbf43926  9  " + folder + "b.bin\n" +  //
-                  "fe071171  100000  " + folder + "c.bin\n",
-              ending.output);
-    EXPECT_THAT(ending.errors, HasSubstr("kitbag: " + folder + "missing: "));
-    EXPECT_THAT(ending.errors, HasSubstr("kitbag: " + folder + "*.none: "));
+    const Ending ending = Kitbag(L"crc missing *.bin *.none");
+    EXPECT_EQ(
+        "00000000  0  a.bin\n"
+        "cbf43926  9  b.bin\n"
+        "fe071171  100000  c.bin\n",
+        ending.output);
+    EXPECT_THAT(ending.errors, HasSubstr("kitbag: missing: "));
+    EXPECT_THAT(ending.errors, HasSubstr("kitbag: *.none: "));
     EXPECT_EQ(1u, ending.code);
-    EXPECT_EQ(0u, Kitbag({L"crc", In("a.bin")}).code);
+    EXPECT_EQ(0u, Kitbag(L"crc a.bin").code);
 }
 
 TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
@@ -33,11 +33,11 @@ TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
     program[0x3c] = '\x40';
     program.replace(0x40, 4, std::string("PE\0\0", 4));
     program.replace(0x48, 4, std::string("\0\xb9\x55\x69", 4));
-    Write("program.exe", program);
-    Write("text.exe", "This is text.");
-    Write("control.ocx", "MZ");
-    Write("readme.txt", "This is text.");
-    const Ending ending = Kitbag({L"modules", folder_.Path().wstring()});
+    folder_.Write("program.exe", program);
+    folder_.Write("text.exe", "This is text.");
+    folder_.Write("control.ocx", "MZ");
+    folder_.Write("readme.txt", "This is text.");
+    const Ending ending = Kitbag(L"modules .");
     EXPECT_THAT(ending.output,
                 testing::MatchesRegex(
                     "file         product  version  linked                   description\n"
@@ -46,9 +46,9 @@ TEST_F(FileCommands, ModulesShowsVersionsAndLinkTimes) {
                     "program.exe                    2026-01-01 00:00:00 UTC\n"
                     "text.exe                       no module\n"));
     EXPECT_EQ(0u, ending.code);
-    EXPECT_EQ(1u, Kitbag({L"modules", In("missing")}).code);
+    EXPECT_EQ(1u, Kitbag(L"modules missing").code);
     create_directory(folder_ / "empty");
-    EXPECT_EQ(1u, Kitbag({L"modules", In("empty")}).code);
+    EXPECT_EQ(1u, Kitbag(L"modules empty").code);
 }
 
 /// The tool, under a name of its own, in a folder where it finds another computer's network
@@ -65,8 +65,8 @@ struct NameTranslation : ToolTest {
     }
     ~NameTranslation() override { ::RegDeleteTreeW(HKEY_CURRENT_USER, kProgram); }
 
-    Ending Kitbag(const std::vector<std::wstring>& words) const {
-        return RunProgram(In("kitbag_elsewhere.exe"), words);
+    Ending Kitbag(const std::wstring& arguments) const {
+        return Run(In("kitbag_elsewhere.exe") + L' ' + arguments);
     }
 
     /// Where Wine is told to take the library from the program's folder.
@@ -77,29 +77,28 @@ struct NameTranslation : ToolTest {
 
 TEST_F(NameTranslation, GoesBothWaysAndSaysWhyItDoesNot) {
     const struct {
-        const wchar_t *command, *name;
+        const wchar_t* command;
         DWORD code;
         const char *output, *errors;
     } rows[] = {
-        {L"unc", L"c:\\media\\Clip.mpg", 0, "\\\\PC\\Media\\Clip.mpg\n", ""},
-        {L"unc", L"D:\\Films", 0, "\\\\PC\\Disk\\Films\n", ""},
-        {L"unc", L"C:\\Other", 1, "",
+        {L"unc c:\\media\\Clip.mpg", 0, "\\\\PC\\Media\\Clip.mpg\n", ""},
+        {L"unc D:\\Films", 0, "\\\\PC\\Disk\\Films\n", ""},
+        {L"unc C:\\Other", 1, "",
          "kitbag: C:\\Other: none of this computer's shares serves; they are Media (C:\\Media) "
          "Disk (D:\\)\n"},
-        {L"local", L"\\\\pc\\Media\\Clip.mpg", 0, "C:\\Media\\Clip.mpg\n", ""},
-        {L"local", L"C:\\Media", 2, "",
-         "kitbag: C:\\Media is no network name: it begins with \\\\\n"},
+        {L"local \\\\pc\\Media\\Clip.mpg", 0, "C:\\Media\\Clip.mpg\n", ""},
+        {L"local C:\\Media", 2, "", "kitbag: C:\\Media is no network name: it begins with \\\\\n"},
     };
-    for (const auto& [command, name, code, output, errors] : rows) {
-        SCOPED_TRACE(testing::PrintToString(name));
-        const Ending ending = Kitbag({command, name});
+    for (const auto& [command, code, output, errors] : rows) {
+        SCOPED_TRACE(testing::PrintToString(command));
+        const Ending ending = Kitbag(command);
         EXPECT_EQ(output, ending.output);
         EXPECT_EQ(errors, ending.errors);
         EXPECT_EQ(code, ending.code);
     }
-    EXPECT_THAT(Kitbag({L"local", L"\\\\elsewhere\\Media"}).errors,
+    EXPECT_THAT(Kitbag(L"local \\\\elsewhere\\Media").errors,
                 HasSubstr("\\\\elsewhere\\Media is not on this computer, "));
-    EXPECT_THAT(Kitbag({L"report"}).output,
+    EXPECT_THAT(Kitbag(L"report").output,
                 HasSubstr("\nDisk shares\n    Media is C:\\Media\n    Disk is D:\\\n"));
 }
 

@@ -1,6 +1,6 @@
 #include <tests/tools/kitbag/tool.h>
 
-#include <random>
+#include <numeric>
 
 namespace {
 
@@ -8,79 +8,53 @@ using namespace kitbag::test;
 using namespace std::string_literals;
 using testing::HasSubstr;
 
-constexpr wchar_t kHead[] = L"Windows Registry Editor Version 5.00\n\n";
-constexpr wchar_t kKey[] = L"[HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor\\Configuration";
+const std::string kHead = "Windows Registry Editor Version 5.00\r\n\r\n";
+const std::string kRootKey = "HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor\\Configuration";
 
 /// kitbag export, import, compare and reset.
 struct RegFiles : ToolTest {
-    static void Store(const std::string& section, const wchar_t* name, DWORD type,
-                      const std::string& bytes) {
-        RawKey(section).Set(name, type, bytes.data(), static_cast<DWORD>(bytes.size()));
-    }
     static void DeleteAll() { ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, kRoot); }
-    Ending Import(const std::wstring& text) const {
-        WriteWide("import.reg", text);
-        return Kitbag({L"import", In("import.reg")});
-    }
-    static Ending Reg(const std::vector<std::wstring>& words) {
-        return RunProgram(L"C:\\windows\\system32\\reg.exe", words);
+    Ending Import(const std::string& content) const {
+        folder_.Write("import.reg", content);
+        return Kitbag(L"import import.reg");
     }
 };
 
 /// Values of all types that every registry editor keeps byte by byte.
 void StoreMany() {
-    const RawKey root;
-    root.Set(L"Configured by", L"Vidmoor \"Setup\" C:\\4.2\\");
-    root.Set(L"", L"default");
-    root.Set(L"日本\\\"語\"", L"Первый");
-    std::mt19937 random(17);
-    for (const DWORD type : {DWORD{REG_NONE}, DWORD{REG_BINARY}, DWORD{REG_QWORD}, 0xffff0001ul}) {
+    RawKey().Set(L"Configured by", L"Vidmoor \"Setup\" C:\\4.2\\");
+    RawKey().Set(L"", L"default");
+    RawKey().Set(L"日本\\\"語\"", L"Первый");
+    for (const DWORD type : {DWORD{REG_NONE}, DWORD{REG_BINARY}, DWORD{REG_QWORD}, 0xffff0001ul})
         for (const std::size_t size : {0u, 1u, 15u, 27u, 28u, 29u, 1000u}) {
             std::string bytes(size, '\0');
-            std::ranges::generate(bytes, [&] { return static_cast<char>(random()); });
-            const std::wstring name = std::to_wstring(type) + L' ' + std::to_wstring(size);
-            RawKey("Blocks").Set(name.c_str(), type, bytes.data(), static_cast<DWORD>(size));
+            std::iota(bytes.begin(), bytes.end(), '\0');
+            Store("Blocks", std::to_wstring(type) + L' ' + std::to_wstring(size), type, bytes);
         }
-    }
     RawKey("Numbers").Set(L"All", MAXDWORD);
     RawKey("Texts").Set(L"Empty", L"");
     RawKey("Texts\\Of [brackets]").Set(L"Lines", L"a\r\nb");
-    RawKey("Texts").Set(L"Variables", REG_EXPAND_SZ, L"%TEMP%", 14);
-    RawKey("Texts").Set(L"Several", REG_MULTI_SZ, L"deu\0fra\0", 18);
+    Store("Texts", L"Variables", REG_EXPAND_SZ, Utf16(L"%TEMP%\0"s));
+    Store("Texts", L"Several", REG_MULTI_SZ, Utf16(L"deu\0fra\0\0"s));
     RawKey("Without values\\Below");
 }
 
 TEST_F(RegFiles, GoBackAndForthBetweenKitbagAndTheRegistryEditor) {
     StoreMany();
-    const Snapshot before = SnapshotOf();
-    EXPECT_EQ(0u, Kitbag({L"export", In("kitbag.reg")}).code);
-    EXPECT_EQ(
-        0u, Reg({L"export", L"HKLM\\Software\\Tarnwick\\Vidmoor\\Configuration", In("editor.reg")})
-                .code);
-    for (const char* file : {"kitbag.reg", "editor.reg"}) {
-        SCOPED_TRACE(file);
-        EXPECT_EQ(0u, Kitbag({L"compare", In(file)}).code);
+    const Snapshot before = TakeSnapshot();
+    EXPECT_EQ(0u, Kitbag(L"export kitbag.reg").code);
+    EXPECT_EQ(0u,
+              Run(L"reg export HKLM\\Software\\Tarnwick\\Vidmoor\\Configuration editor.reg").code);
+    for (const std::wstring file : {L"kitbag.reg", L"editor.reg"}) {
+        SCOPED_TRACE(testing::PrintToString(file));
+        EXPECT_EQ(0u, Kitbag(L"compare " + file).code);
         DeleteAll();
-        EXPECT_EQ(0u, Kitbag({L"import", In(file)}).code);
-        EXPECT_EQ(before, SnapshotOf());
+        EXPECT_EQ(0u, Kitbag(L"import " + file).code);
+        EXPECT_EQ(before, TakeSnapshot());
     }
     DeleteAll();
-    EXPECT_EQ(0u, Reg({L"import", In("kitbag.reg")}).code);
-    EXPECT_EQ(before, SnapshotOf());
-}
-
-TEST_F(RegFiles, KeepDamagedValuesByteByByte) {
-    Store("Damaged", L"short number", REG_DWORD, "\1\2\3");
-    Store("Damaged", L"no bytes", REG_SZ, "");
-    Store("Damaged", L"not terminated", REG_SZ, "a\0b\0"s);
-    Store("Damaged", L"odd", REG_SZ, "a\0b"s);
-    Store("Damaged", L"zero within", REG_SZ, "a\0\0\0b\0\0\0"s);
-    Store("Damaged", L"texts not terminated", REG_MULTI_SZ, "a\0"s);
-    const Snapshot before = SnapshotOf();
-    EXPECT_EQ(0u, Kitbag({L"export", L"Damaged", In("a.reg")}).code);
-    DeleteAll();
-    EXPECT_EQ(0u, Kitbag({L"import", In("a.reg")}).code);
-    EXPECT_EQ(before, SnapshotOf());
+    EXPECT_EQ(0u, Run(L"reg import kitbag.reg").code);
+    EXPECT_EQ(before, TakeSnapshot());
 }
 
 TEST_F(RegFiles, AreWrittenAsTheRegistryEditorWritesThem) {
@@ -88,112 +62,110 @@ TEST_F(RegFiles, AreWrittenAsTheRegistryEditorWritesThem) {
     RawKey("Audio").Set(L"A \"b\" \\", L"C:\\é");
     RawKey("Audio").Set(L"Volume", 70);
     Store("Audio", L"Block", REG_BINARY, std::string(30, '\xab'));
-    RawKey("Audio\\Zones");
     RawKey("Audio-Video");
-    EXPECT_EQ(0u, Kitbag({L"export", L"Audio", In("written.reg")}).code);
-    std::wstring bytes;
-    for (int i = 0; i < 22; ++i) bytes += L"ab,";
-    WriteWide("expected.reg", std::wstring(kHead) + kKey +
-                                  L"\\Audio]\n@=\"x\"\n\"A \\\"b\\\" \\\\\"=\"C:\\\\é\"\n" +
-                                  L"\"Block\"=hex:" + bytes + L"\\\n  ab,ab,ab,ab,ab,ab,ab,ab\n" +
-                                  L"\"Volume\"=dword:00000046\n\n" + kKey + L"\\Audio\\Zones]\n\n");
-    EXPECT_EQ(Bytes(ContentOf("expected.reg")), Bytes(ContentOf("written.reg")));
+    EXPECT_EQ(0u, Kitbag(L"export Audio a.reg").code);
+    EXPECT_EQ(
+        Bytes(Utf16(L"\xfeffWindows Registry Editor Version 5.00\r\n\r\n"
+                    L"[HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor\\Configuration\\Audio]\r\n"
+                    L"@=\"x\"\r\n"
+                    L"\"A \\\"b\\\" \\\\\"=\"C:\\\\é\"\r\n"
+                    L"\"Block\"=hex:ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,"
+                    L"ab,\\\r\n"
+                    L"  ab,ab,ab,ab,ab,ab,ab,ab\r\n"
+                    L"\"Volume\"=dword:00000046\r\n\r\n")),
+        Bytes(ContentOf("a.reg")));
 }
 
-TEST_F(RegFiles, AreReadInEveryFormThatEditorsWrite) {
+TEST_F(RegFiles, AreReadWithEveryLineThatEditorsWrite) {
+    const Ending ending = Import(kHead + '[' + kRootKey +
+                                 "\\A]\r\n"
+                                 "\"escapes\"=\"\\\\ \\\" \\r\\n\"\r\n"
+                                 " ; comment\r\n\t\r\n  \"blanks\" = dword: 0000000A ; ten\r\n"
+                                 "\"short number\"=dword:1\r\n"
+                                 "\"line break within\"=\"a\r\nb\"\r\n"
+                                 "\"lines that go on\"=hex:01,\\\r\n  02, \\\n 3,FF\r\n"
+                                 "\"typed bytes\"=hex(7):61,00,00,00,00,00\r\n"
+                                 "\"large type\"=hex(ffff0001):\r\n"
+                                 "\"the last counts\"=\"x\"\n\"THE LAST COUNTS\"=dword:2");
+    EXPECT_EQ("", ending.errors);
+    EXPECT_EQ(0u, ending.code);
+    EXPECT_EQ((Snapshot{{L"A\\", kSection},
+                        {L"A\\escapes", {REG_SZ, Bytes(Utf16(L"\\ \" \r\n\0"s))}},
+                        {L"A\\blanks", {REG_DWORD, Bytes("\x0a\0\0\0"s)}},
+                        {L"A\\short number", {REG_DWORD, Bytes("\1\0\0\0"s)}},
+                        {L"A\\line break within", {REG_SZ, Bytes(Utf16(L"a\r\nb\0"s))}},
+                        {L"A\\lines that go on", {REG_BINARY, Bytes("\1\2\3\xff")}},
+                        {L"A\\typed bytes", {REG_MULTI_SZ, Bytes("a\0\0\0\0\0"s)}},
+                        {L"A\\large type", {0xffff0001, Bytes("")}},
+                        {L"A\\the last counts", {REG_DWORD, Bytes("\2\0\0\0"s)}}}),
+              TakeSnapshot());
+}
+
+TEST_F(RegFiles, AreReadInEveryEncoding) {
     const std::string key =
         "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\tarnwick\\Vidmoor\\Configuration\\A]\n";
-    const std::string head = "Windows Registry Editor Version 5.00\r\n\r\n" + key;
-    const struct {
-        const char* about;
-        std::string file;
-        DWORD type;
-        std::string bytes;
-    } rows[] = {
-        {"escapes", head + "\"v\"=\"\\\\ \\\" \\r\\n\"", REG_SZ, "\\\0 \0\"\0 \0\r\0\n\0\0\0"s},
-        {"blanks and comments", head + " ; c\r\n\t\r\n  \"v\" = dword: 0000000A ; ten", REG_DWORD,
-         "\x0a\0\0\0"s},
-        {"short number", head + "\"v\"=dword:1", REG_DWORD, "\1\0\0\0"s},
-        {"line break within a text", head + "\"v\"=\"a\r\nb\"", REG_SZ, "a\0\r\0\n\0b\0\0\0"s},
-        {"lines that go on", head + "\"v\"=hex:01,\\\r\n  02, \\\n 3,FF", REG_BINARY, "\1\2\3\xff"},
-        {"typed bytes", head + "\"v\"=hex(7):61,00,00,00,00,00", REG_MULTI_SZ, "a\0\0\0\0\0"s},
-        {"large type", head + "\"v\"=hex(ffff0001):", 0xffff0001, ""},
-        {"utf-8", "\xef\xbb\xbf" + head + "\"v\"=\"\xc3\xa9\"", REG_SZ, "\xe9\0\0\0"s},
-        {"code page", head + "\"v\"=\"\xe9\"", REG_SZ, "\xe9\0\0\0"s},
-        {"version 4", "REGEDIT4\n" + key + "\"v\"=hex(2):e9,00", REG_EXPAND_SZ, "\xe9\0\0\0"s},
-        {"the last one counts", head + "\"v\"=\"x\"\n\"V\"=dword:2", REG_DWORD, "\2\0\0\0"s},
-        {"deleted and set again", head + "\"v\"=-\n[-" + key.substr(1) + key + "\"v\"=dword:3",
-         REG_DWORD, "\3\0\0\0"s},
-    };
-    for (const auto& [about, file, type, bytes] : rows) {
-        SCOPED_TRACE(about);
+    for (const std::string& file :
+         {"\xef\xbb\xbf" + kHead + key + "\"v\"=\"\xc3\xa9\"", kHead + key + "\"v\"=\"\xe9\"",
+          "REGEDIT4\n" + key + "\"v\"=hex(1):e9,00"}) {
+        SCOPED_TRACE(file);
         DeleteAll();
-        Write("a.reg", file);
-        const Ending ending = Kitbag({L"import", In("a.reg")});
-        EXPECT_EQ("", ending.errors);
-        EXPECT_EQ(0u, ending.code);
-        EXPECT_EQ((Snapshot{{L"A\\", {0, Bytes("")}}, {L"A\\v", {type, Bytes(bytes)}}}),
-                  SnapshotOf());
+        EXPECT_EQ(0u, Import(file).code);
+        EXPECT_EQ((Snapshot{{L"A\\", kSection}, {L"A\\v", {REG_SZ, Bytes("\xe9\0\0\0"s)}}}),
+                  TakeSnapshot());
     }
 }
 
 TEST_F(RegFiles, DeleteWhatTheySayAndNothingElse) {
     StoreMany();
-    Snapshot expected = SnapshotOf();
+    Snapshot expected = TakeSnapshot();
     expected.erase(L"Configured by");
     std::erase_if(expected, [](const auto& entry) { return entry.first.starts_with(L"Texts\\"); });
-    EXPECT_EQ(0u, Import(kHead + (kKey + L"]\n\"Configured by\"=-\n\"Not there\"=-\n"s) + L"[-" +
-                         (kKey + 1) + L"\\Texts]\n[-" + (kKey + 1) + L"\\Not there]\n")
+    expected.emplace(L"Texts\\", kSection);
+    EXPECT_EQ(0u, Import(kHead + '[' + kRootKey + "]\n\"Configured by\"=-\n\"Not there\"=-\n[-" +
+                         kRootKey + "\\Not there]\n[-" + kRootKey + "\\Texts]\n[" + kRootKey +
+                         "\\Texts]\n")
                       .code);
-    EXPECT_EQ(expected, SnapshotOf());
-    EXPECT_EQ(0u, Import(kHead + (L"[-"s + (kKey + 1)) + L"]\n").code);
-    EXPECT_EQ(Snapshot(), SnapshotOf());
+    EXPECT_EQ(expected, TakeSnapshot());
+    EXPECT_EQ(0u, Import(kHead + "[-" + kRootKey + "]\n").code);
+    EXPECT_EQ(Snapshot(), TakeSnapshot());
 }
 
 TEST_F(RegFiles, ThatAreNotWellFormedAreRefusedBeforeAnythingIsWritten) {
-    const std::wstring head = kHead + (kKey + L"\\A]\n\"good\"=dword:1\n"s);
-    const struct {
-        std::wstring text;
-        const char* reason;
-    } rows[] = {
-        {L"", "line 1: this is no file of the registry editor\n"},
-        {L"Windows Registry Editor Version 6.00\n", "line 1: this is no file of the registry"},
-        {kHead + L"\"v\"=dword:1\n"s, "line 3: a value before the first key\n"},
-        {head + L"nonsense\n", "line 5: neither a key nor a value: nonsense\n"},
-        {head + L"\"v\"=\"open\n", "a quote is not closed\n"},
-        {head + L"\"v\"=\"C:\\temp\"\n", "line 5: a backslash in quotes is written twice\n"},
-        {head + L"\"v\"=\"a\" b\n", "line 5: neither a key nor a value: b\n"},
-        {head + L"\"v\"\n", "line 5: a value's name without its equals sign\n"},
-        {head + L"\"v\"=12\n", "line 5: neither a text, dword:, hex: nor -\n"},
-        {head + L"\"v\"=dword:\n", "line 5: no hexadecimal number\n"},
-        {head + L"\"v\"=dword:123456789\n", "line 5: no hexadecimal number\n"},
-        {head + L"\"v\"=hex:1,\n", "line 5: no hexadecimal number\n"},
-        {head + L"\"v\"=hex:100\n", "line 5: no hexadecimal number\n"},
-        {head + L"\"v\"=hex:1,\\", "line 5: a line goes on without a next one\n"},
-        {head + L"\"v\"=hex(1:00\n", "line 5: a type without its closing bracket and colon\n"},
-        {head + kKey, "line 5: a key without its closing bracket\n"},
-        {head + kKey + L"\\B] ; of [C]\n", "line 5: it is not clear where the key ends\n"},
-        {head + std::wstring(1, L'\0'), "line 5: neither a key nor a value: "},
-        {head + L"[-" + (kKey + 1) + L"\\B]\n\"v\"=dword:1\n",
-         "line 6: a value of a key that is deleted\n"},
-        {head + kKey + L"\\A\\\\B]\n", "Configuration\\A\\\\B] is no path of a key\n"},
-        {head + kKey + L"\\" + std::wstring(256, L'x') + L"]\n", "is no path of a key\n"},
-        {head + L"[HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor]\n", "; nothing was done\n"},
-        {head + kKey + L" 2]\n", "; nothing was done\n"},
-        {head + L"[-HKEY_CURRENT_USER\\Software\\Tarnwick\\Vidmoor\\Configuration\\A]\n",
-         "; nothing was done\n"},
+    const std::string key = '[' + kRootKey;
+    const std::string head = kHead + key + "\\A]\n\"good\"=dword:1\n";
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "line 1: this is no file of the registry editor\n"},
+        {"Windows Registry Editor Version 6.00\n", "line 1: this is no file of the registry"},
+        {kHead + "\"v\"=dword:1\n", "line 3: a value before the first key\n"},
+        {head + "nonsense\n", "line 5: neither a key nor a value: nonsense\n"},
+        {head + "\"v\"=\"open\n", "a quote is not closed\n"},
+        {head + "\"v\"=\"C:\\temp\"\n", "line 5: a backslash in quotes is written twice\n"},
+        {head + "\"v\"=\"a\" b\n", "line 5: neither a key nor a value: b\n"},
+        {head + "\"v\"\n", "line 5: a value's name without its equals sign\n"},
+        {head + "\"v\"=12\n", "line 5: neither a text, dword:, hex: nor -\n"},
+        {head + "\"v\"=dword:123456789\n", "line 5: no hexadecimal number\n"},
+        {head + "\"v\"=hex:1,\n", "line 5: no hexadecimal number\n"},
+        {head + "\"v\"=hex:100\n", "line 5: no hexadecimal number\n"},
+        {head + "\"v\"=hex:1,\\", "line 5: a line goes on without a next one\n"},
+        {head + "\"v\"=hex(1:00\n", "line 5: a type without its closing bracket and colon\n"},
+        {head + key, "line 5: a key without its closing bracket\n"},
+        {head + key + "\\B] ; of [C]\n", "line 5: it is not clear where the key ends\n"},
+        {head + '\0', "line 5: neither a key nor a value: "},
+        {head + "[-" + kRootKey + "\\B]\n\"v\"=1\n", "line 6: a value of a key that is deleted\n"},
+        {head + key + "\\A\\\\B]\n", "Configuration\\A\\\\B] is no path of a key\n"},
+        {head + key + "\\" + std::string(256, 'x') + "]\n", "is no path of a key\n"},
+        {head + "[HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor]\n", "; nothing was done\n"},
+        {head + key + " 2]\n", "; nothing was done\n"},
+        {head + "[-HKEY_CURRENT_USER" + kRootKey.substr(18) + "\\A]\n", "; nothing was done\n"},
     };
-    for (const auto& [text, reason] : rows) {
-        for (const wchar_t* command : {L"import", L"compare"}) {
-            WriteWide("bad.reg", text);
-            const Ending ending = Kitbag({command, In("bad.reg")});
-            EXPECT_EQ(2u, ending.code) << reason;
-            EXPECT_THAT(ending.errors, HasSubstr("bad.reg: "));
-            EXPECT_THAT(ending.errors, HasSubstr(reason));
-        }
+    for (const auto& [content, reason] : rows) {
+        const Ending ending = Import(content);
+        EXPECT_EQ(2u, ending.code) << reason;
+        EXPECT_THAT(ending.errors, HasSubstr("import.reg: "));
+        EXPECT_THAT(ending.errors, HasSubstr(reason));
     }
+    EXPECT_EQ(2u, Kitbag(L"compare import.reg").code);
     EXPECT_FALSE(RawKey::Exists());
-    EXPECT_EQ(1u, Kitbag({L"import", In("missing.reg")}).code);
 }
 
 TEST_F(RegFiles, AreComparedBothWays) {
@@ -202,7 +174,7 @@ TEST_F(RegFiles, AreComparedBothWays) {
     RawKey("Audio").Set(L"Mute", 0ul);
     Store("Audio", L"Empty", REG_SZ, "");
     RawKey("Audio\\Zones").Set(L"Kitchen", 1);
-    EXPECT_EQ(0u, Kitbag({L"export", L"Audio", In("a.reg")}).code);
+    EXPECT_EQ(0u, Kitbag(L"export Audio a.reg").code);
     ::RegDeleteTreeW(RawKey("Audio").Get(), L"Zones");
     ::RegDeleteValueW(RawKey("Audio").Get(), L"Mute");
     RawKey("Audio").Set(L"language", L"fr");
@@ -210,7 +182,7 @@ TEST_F(RegFiles, AreComparedBothWays) {
     RawKey("Audio").Set(L"New", 1);
     RawKey("Audio\\Added");
     RawKey("Video").Set(L"Not compared", 1);
-    const Ending ending = Kitbag({L"compare", In("a.reg")});
+    const Ending ending = Kitbag(L"compare a.reg");
     EXPECT_EQ(
         "different             [Audio] Language\n"
         "    file          string \"de\"\n"
@@ -225,39 +197,52 @@ TEST_F(RegFiles, AreComparedBothWays) {
     EXPECT_EQ(1u, ending.code);
 }
 
-TEST_F(RegFiles, ReplaceNoOtherUnlessThatIsWanted) {
-    RawKey("Audio").Set(L"Volume", 70);
-    Write("a.reg", "mine");
-    EXPECT_EQ(2u, Kitbag({L"export", L"Audio", In("a.reg")}).code);
-    EXPECT_EQ(2u, Kitbag({L"reset", L"Audio", In("a.reg"), L"--yes"}).code);
-    EXPECT_EQ(2u, Kitbag({L"report", In("a.reg")}).code);
-    EXPECT_EQ("mine", ContentOf("a.reg"));
-    EXPECT_EQ(2u, Kitbag({L"export", L"Audio", folder_.Path().wstring(), L"--yes"}).code);
-    EXPECT_EQ(1u, Kitbag({L"export", L"Audio", In("missing\\a.reg")}).code);
-    EXPECT_EQ(0u, Kitbag({L"export", L"Audio", In("a.reg"), L"--yes"}).code);
-    EXPECT_EQ(0u, Kitbag({L"compare", In("a.reg")}).code);
+TEST_F(RegFiles, AreWrittenWithConsentOrNothingIsDone) {
+    StoreMany();
+    folder_.Write("mine.reg", "mine");
+    const Snapshot before = TakeSnapshot();
+    const struct {
+        const char* about;
+        std::wstring command;
+        DWORD code;
+    } rows[] = {
+        {"a file is there", L"export Texts mine.reg", 2},
+        {"a file is there", L"reset Texts mine.reg --yes", 2},
+        {"a file is there", L"report mine.reg", 2},
+        {"a folder is there", L"export Texts . --yes", 2},
+        {"the folder is missing", L"export Texts missing\\a.reg", 1},
+        {"the folder is missing", L"reset Texts missing\\a.reg --yes", 1},
+        {"without consent", L"reset Texts a.reg", 2},
+        {"as a whole", L"reset \"\" a.reg --yes", 2},
+        {"no such section", L"reset Nowhere a.reg --yes", 1},
+        {"no such file", L"import a.reg", 1},
+    };
+    for (const auto& [about, command, code] : rows) EXPECT_EQ(code, Kitbag(command).code) << about;
+    EXPECT_EQ(before, TakeSnapshot());
+    EXPECT_EQ("mine", ContentOf("mine.reg"));
+    EXPECT_EQ(0u, Kitbag(L"export Texts mine.reg --yes").code);
+    EXPECT_EQ(0u, Kitbag(L"compare mine.reg").code);
     EXPECT_EQ(1, std::ranges::distance(std::filesystem::directory_iterator(folder_.Path())));
 }
 
-TEST_F(RegFiles, KeepACopyOfWhatIsReset) {
+TEST_F(RegFiles, KeepACopyOfWhatIsResetByteByByteHoweverDamaged) {
     StoreMany();
-    const Snapshot before = SnapshotOf();
-    EXPECT_EQ(2u, Kitbag({L"reset", L"Texts", In("copy.reg")}).code);
-    EXPECT_EQ(1u, Kitbag({L"reset", L"Texts", In("missing\\copy.reg"), L"--yes"}).code);
-    EXPECT_EQ(2u, Kitbag({L"reset", L"", In("copy.reg"), L"--yes"}).code);
-    EXPECT_EQ(1u, Kitbag({L"reset", L"Nowhere", In("copy.reg"), L"--yes"}).code);
-    EXPECT_EQ(before, SnapshotOf());
-    EXPECT_FALSE(exists(folder_ / "copy.reg"));
-
-    EXPECT_EQ(0u, Kitbag({L"reset", L"Texts", In("copy.reg"), L"--yes"}).code);
+    Store("Texts", L"short number", REG_DWORD, "\1\2\3");
+    Store("Texts", L"no bytes", REG_SZ, "");
+    Store("Texts", L"not terminated", REG_SZ, "a\0b\0"s);
+    Store("Texts", L"odd", REG_SZ, "a\0b"s);
+    Store("Texts", L"zero within", REG_SZ, "a\0\0\0b\0\0\0"s);
+    Store("Texts", L"texts not terminated", REG_MULTI_SZ, "a\0"s);
+    const Snapshot before = TakeSnapshot();
+    EXPECT_EQ(0u, Kitbag(L"reset Texts copy.reg --yes").code);
     EXPECT_FALSE(RawKey::Exists("Texts"));
-    EXPECT_EQ(0u, Kitbag({L"import", In("copy.reg")}).code);
-    EXPECT_EQ(before, SnapshotOf());
+    EXPECT_EQ(0u, Kitbag(L"import copy.reg").code);
+    EXPECT_EQ(before, TakeSnapshot());
 }
 
 TEST_F(RegFiles, OfWhatIsResetAreNamedForTheSectionAndTheTime) {
     RawKey("Texts\\Of: all?").Set(L"v", 1);
-    const Ending ending = Kitbag({L"reset", L"Texts\\Of: all?", L"--yes"});
+    const Ending ending = Kitbag(L"reset \"Texts\\Of: all?\" --yes");
     EXPECT_EQ(0u, ending.code) << ending.errors;
     EXPECT_THAT(
         ending.output,

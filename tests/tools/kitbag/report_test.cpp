@@ -14,17 +14,24 @@ constexpr char kRedirected[] =
 constexpr char kPageFactory[] = "CLSID\\{e58c6519-2f38-4027-9def-5e6d4033f561}";
 constexpr char kGraphicFactory[] = "CLSID\\{8e7363f8-e76b-4d87-943b-5d58b6957360}";
 
-/// kitbag report and page.
+/// kitbag report and page; "~\" stands for the test's folder.
 struct Report : ToolTest {
-    Ending Of(const std::wstring& folder) const { return Kitbag({L"report", L"--folder", folder}); }
+    std::string Shown(const std::wstring& command) const {
+        const std::string folder = Folder().string() + '\\';
+        std::string text = Kitbag(command).output;
+        for (std::size_t at = 0; (at = text.find(folder)) != std::string::npos;)
+            text.replace(at, folder.size(), "~\\");
+        return text;
+    }
     std::set<std::filesystem::path> Files() const {
-        const std::filesystem::recursive_directory_iterator all(folder_.Path());
+        const std::filesystem::recursive_directory_iterator all(Folder());
         return {begin(all), end(all)};
     }
 };
 
-TEST_F(Report, TellsWhatATicketNeeds) {
+TEST_F(Report, TellsWhatATicketNeedsInAFileAsUtf8) {
     RawKey("Screen").Set(L"User experience level", 1);
+    RawKey("Screen").Set(L"Gerät", L"x");
     RawKey("Debug\\Performance").Set(L"Scan Enable", 1);
     RawKey("Debug\\Performance").Set(L"Scan Size", 500);
     RawKey("Debug\\Performance").Set(L"Guide Enable", 0ul);
@@ -35,132 +42,95 @@ TEST_F(Report, TellsWhatATicketNeeds) {
                       1);
     ::RegSetKeyValueA(HKEY_CURRENT_USER, kRedirected, "", REG_SZ, "", 1);
 
-    const Ending report = Kitbag({L"report"});
+    EXPECT_EQ(0u, Kitbag(L"report report.txt").code);
     ::RegDeleteTreeA(HKEY_CURRENT_USER, kRedirected);
-    EXPECT_EQ(0u, report.code);
-    EXPECT_THAT(report.output, StartsWith("Kitbag report of 20"));
+    const std::string report = ContentOf("report.txt");
+    EXPECT_THAT(report, StartsWith("\xef\xbb\xbfKitbag report of 20"));
     for (const char* line : {
              "\n    kitbag.exe ",
              "\n    Kitbag.dll ",
-             "\n    Player                    2026-01-01 00:00:00 UTC\n",
+             "\n    Player                    2026-01-01 00:00:00 UTC\r\n",
              "\n    Windows               6.1, build 7601",
              "\n    processor             CPUID '",
-             "Mhz\n",
-             "\n    interactive           yes\n",
-             "\n    first run             not completed\n",
+             "Mhz\r\n",
+             "\n    interactive           yes\r\n",
+             "\n    first run             not completed\r\n",
              "\n    user interface level  1 of 0 (everything) to 3 (the least), stored as dword 1 "
-             "(0x1)\n",
+             "(0x1)\r\n",
              "\n    idle for              ",
-             "\n    Guide is off\n    Scan is on, room for 500 samples\n",
-             "\n    graphic factory  not registered\n",
-             "\n    ! programs of this user that may not write the settings below read\n      "
+             "\n    Guide is off\r\n    Scan is on, room for 500 samples\r\n",
+             "\n    page factory     not registered\r\n    type library     not registered\r\n"
+             "    graphic factory  not registered\r\n",
+             "\n    ! programs of this user that may not write the settings below read\r\n      "
              "HKEY_CURRENT_"
              "USER\\Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\Tarnwick\\Vidmoor "
-             "first\n",
-             "\n        Screen\n            User experience level  dword   1 (0x1)\n",
+             "first\r\n",
+             "\n        Screen\r\n            Ger\xc3\xa4t                  string  \"x\"\r\n",
          })
-        EXPECT_THAT(report.output, HasSubstr(line));
+        EXPECT_THAT(report, HasSubstr(line));
 }
 
 TEST_F(Report, TellsWhereDirectoriesComeFromAndTouchesNothing) {
     for (const char* folder : {"app\\Data", "app\\bin", "skins"})
         create_directories(folder_ / folder);
-    Write("file", "");
-    const std::string base = folder_.Path().string() + '\\';
-    const std::string forgotten = "file is no folder and will be forgotten";
+    folder_.Write("file", "");
     const struct {
         const char* about;
         std::map<const wchar_t*, const char*> remembered;
-        std::string lines;
+        const char* lines;
     } rows[] = {
-        {"nothing is remembered",
-         {},
+        {"Data alone is remembered",
+         {{L"Data", "app"}},
          "    Config  none (the next program that needs it asks the user)\n"
          "    Skin    none (that of the configuration)\n"
-         "    Data    " +
-             base +
-             "app\\Data\\ (found upward from the programs)\n"
-             "    Docs    none (the next program that needs it asks the user)\n"},
-        {"folders are remembered",
-         {{L"Config", "skins"}, {L"Data", "app"}, {L"Docs", "app\\bin"}},
-         "    Config  " + base +
-             "skins\\ (remembered)\n"
-             "    Skin    " +
-             base +
-             "skins\\ (that of the configuration)\n"
-             "    Data    " +
-             base +
-             "app\\ (remembered)\n"
-             "    Docs    " +
-             base + "app\\bin\\ (remembered)\n"},
-        {"a file is remembered",
-         {{L"Config", "file"}, {L"Skin", "skins"}, {L"Data", "file"}, {L"Docs", "file"}},
-         "    Config  none (remembered " + base + forgotten +
-             "; the next program that needs it asks the user)\n"
-             "    Skin    " +
-             base +
-             "skins\\ (remembered)\n"
-             "    Data    " +
-             base + "app\\Data\\ (found upward from the programs; remembered " + base + forgotten +
-             ")\n"
-             "    Docs    none (remembered " +
-             base + forgotten + "; the next program that needs it asks the user)\n"},
-        {"a missing folder is remembered",
-         {{L"Skin", "missing"}, {L"Data", "missing"}},
-         "    Config  none (the next program that needs it asks the user)\n"
-         "    Skin    none (remembered " +
-             base +
-             "missing is no folder and will be forgotten; that of the configuration)\n"
-             "    Data    none (remembered " +
-             base + "missing is missing; the next program creates it)\n"},
+         "    Data    ~\\app\\ (remembered)\n"
+         "    Docs    none (the next program that needs it asks the user)\n"},
+        {"folders are remembered, but for Data a file",
+         {{L"Config", "skins"}, {L"Data", "file"}, {L"Docs", "app\\bin"}},
+         "    Config  ~\\skins\\ (remembered)\n"
+         "    Skin    ~\\skins\\ (that of the configuration)\n"
+         "    Data    ~\\app\\Data\\ (found upward from the programs; remembered ~\\file is no "
+         "folder and will be forgotten)\n"
+         "    Docs    ~\\app\\bin\\ (remembered)\n"},
+        {"files and missing folders are remembered",
+         {{L"Config", "file"}, {L"Skin", "missing"}, {L"Data", "missing"}},
+         "    Config  none (remembered ~\\file is no folder and will be forgotten; the next "
+         "program that needs it asks the user)\n"
+         "    Skin    none (remembered ~\\missing is no folder and will be forgotten; that of the "
+         "configuration)\n"
+         "    Data    none (remembered ~\\missing is missing; the next program creates it)\n"},
     };
     for (const auto& [about, remembered, lines] : rows) {
+        SCOPED_TRACE(about);
         ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, kRoot);
         for (const auto& [kind, path] : remembered)
             RawKey("Directories").Set((kind + L" Directory"s).c_str(), In(path));
-        const Snapshot before = SnapshotOf();
+        const Snapshot before = TakeSnapshot();
         const auto files = Files();
-        EXPECT_THAT(Of(In("app\\bin")).output, HasSubstr(lines)) << about;
-        EXPECT_EQ(before, SnapshotOf()) << about;
-        EXPECT_EQ(files, Files()) << about;
+        EXPECT_THAT(Shown(L"report --folder app\\bin"), HasSubstr(lines));
+        EXPECT_EQ(before, TakeSnapshot());
+        EXPECT_EQ(files, Files());
     }
 }
 
 TEST_F(Report, FollowsTheLinkThatTheLibraryFollows) {
     const Com com;
-    const TextFolder<char> folder;
-    folder.Write("app\\bin\\x");
-    folder.Write("elsewhere\\x");
-    folder.WriteLink("app\\ConfigConfig.lnk", folder.In("elsewhere"));
-    folder.WriteLink("app\\Docs.lnk", folder.In("elsewhere"));
-    // The short form is not every system's.
-    char elsewhere[MAX_PATH];
-    ::GetShortPathNameA(folder.In("elsewhere").c_str(), elsewhere, MAX_PATH);
-    const std::string origin =
-        "\\ (found upward, by the link " + folder.In("app\\ConfigConfig.lnk") + ")\n";
-    const std::string report = Of((folder / "app\\bin").wstring()).output;
-    EXPECT_THAT(report, testing::AnyOf(HasSubstr("Config  " + folder.In("elsewhere") + origin),
-                                       HasSubstr("Config  " + std::string(elsewhere) + origin)));
+    folder_.Write("app\\x");
+    folder_.Write("new\\x");
+    folder_.WriteLink("ConfigConfig.lnk", (folder_ / "new").string());
+    folder_.WriteLink("Docs.lnk", (folder_ / "new").string());
+    const std::string report = Shown(L"report --folder app");
+    EXPECT_THAT(report, HasSubstr("new\\ (found upward, by the link ~\\ConfigConfig.lnk)\n"));
     EXPECT_THAT(report, HasSubstr("Docs    none ("));
-}
-
-TEST_F(Report, GoesIntoAFileAsUtf8) {
-    RawKey("Audio").Set(L"Gerät", L"x");
-    EXPECT_EQ(0u, Kitbag({L"report", In("report.txt")}).code);
-    EXPECT_THAT(ContentOf("report.txt"), StartsWith("\xef\xbb\xbfKitbag report of "));
-    EXPECT_THAT(ContentOf("report.txt"), HasSubstr("        Ger\xc3\xa4t  string  \"x\"\r\n"));
 }
 
 TEST_F(Report, TellsHowThePageFactoryIsRegistered) {
     const std::wstring library = BuiltFolder() + L"Kitbag.dll";
     const std::string path = std::filesystem::path(library).string();
-    ASSERT_EQ(0u, RunProgram(L"C:\\windows\\system32\\regsvr32.exe", {L"/s", library}).code);
-    const std::string registered = Kitbag({L"report"}).output;
-    ASSERT_EQ(0u, RunProgram(L"C:\\windows\\system32\\regsvr32.exe", {L"/s", L"/u", library}).code);
-    EXPECT_THAT(registered, HasSubstr("    page factory     " + path + "\n    type library     " +
-                                      path + "\n"));
-    EXPECT_THAT(Kitbag({L"report"}).output, HasSubstr("    page factory     not registered\n"
-                                                      "    type library     not registered\n"));
+    ASSERT_EQ(0u, Run(L"regsvr32 /s \"" + library + L'"').code);
+    EXPECT_THAT(Kitbag(L"report").output, HasSubstr("    page factory     " + path +
+                                                    "\n    type library     " + path + "\n"));
+    ASSERT_EQ(0u, Run(L"regsvr32 /s /u \"" + library + L'"').code);
 }
 
 TEST_F(Report, TellsOfClassesWhoseServerIsMissingOrAnother) {
@@ -170,7 +140,7 @@ TEST_F(Report, TellsOfClassesWhoseServerIsMissingOrAnother) {
     };
     store(kPageFactory + "\\InprocServer32"s, "%SystemRoot%\\explorer.exe");
     store(kGraphicFactory + "\\LocalServer32"s, "\"C:\\No folder\\graphics.exe\" /automation");
-    const std::string report = Kitbag({L"report"}).output;
+    const std::string report = Kitbag(L"report").output;
     ::RegDeleteTreeA(HKEY_CLASSES_ROOT, kPageFactory);
     ::RegDeleteTreeA(HKEY_CLASSES_ROOT, kGraphicFactory);
     EXPECT_THAT(report, HasSubstr("\n    page factory     C:\\windows\\explorer.exe\n"
@@ -181,33 +151,27 @@ TEST_F(Report, TellsOfClassesWhoseServerIsMissingOrAnother) {
 }
 
 TEST_F(Report, PageTellsFromWhichFilesAPageIsMade) {
-    const std::string base = folder_.Path().string() + '\\';
     for (const char* file :
          {"skin\\Main.page", "skin\\banner.gif", "skin\\tv.PNG", "skin\\notes.txt"})
-        Write(file, "x");
+        folder_.Write(file);
     RawKey("Directories").Set(L"Skin Directory", In("skin"));
-    const Ending page = Kitbag({L"page", L"Main.page", L"--folder", folder_.Path().wstring()});
     EXPECT_EQ(
         "settings                no other file; the page's own name is taken\n"
-        "script                  " +
-            base +
-            "skin\\Main.page\n"
-            "skin directory          " +
-            base +
-            "skin\\ (remembered)\n"
-            "language directory      none, Lingrel.dll is not there\n"
-            "sub-language directory  none\n"
-            "images\n"
-            "  banner.gif            skin directory\n"
-            "  tv.PNG                skin directory\n",
-        page.output);
-    EXPECT_EQ(0u, page.code);
+        "script                  ~\\skin\\Main.page\n"
+        "skin directory          ~\\skin\\ (remembered)\n"
+        "language directory      none, Lingrel.dll is not there\n"
+        "sub-language directory  none\n"
+        "images\n"
+        "  banner.gif            skin directory\n"
+        "  tv.PNG                skin directory\n",
+        Shown(L"page Main.page --folder ."));
+    EXPECT_EQ(0u, Kitbag(L"page Main.page").code);
 
     RawKey("Skins").Set(L"Main.page", L"Other.page");
-    const Ending other = Kitbag({L"page", L"Main.page"});
-    EXPECT_THAT(other.output, HasSubstr("value \"Main.page\": string \"Other.page\"\n"));
-    EXPECT_THAT(other.output, HasSubstr(base + "skin\\Other.page ! missing\n"));
-    EXPECT_EQ(1u, other.code);
+    const std::string other = Shown(L"page Main.page");
+    EXPECT_THAT(other, HasSubstr("value \"Main.page\": string \"Other.page\"\n"));
+    EXPECT_THAT(other, HasSubstr("~\\skin\\Other.page ! missing\n"));
+    EXPECT_EQ(1u, Kitbag(L"page Main.page").code);
 }
 
 }  // namespace

@@ -7,43 +7,31 @@ namespace {
 constexpr wchar_t kApplication[] = L"Software\\Tarnwick";
 constexpr wchar_t kPutAside[] = L"Software\\Kitbag tests\\put aside";
 
-/// As the system's own rules want it: backslashes before a quote are doubled.
-std::wstring Quoted(const std::wstring& word) {
-    std::wstring quoted = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : word) {
-        if (c == L'"') quoted.append(backslashes + 1, L'\\');
-        backslashes = c == L'\\' ? backslashes + 1 : 0;
-        quoted += c;
-    }
-    quoted.append(backslashes, L'\\');
-    return quoted + L'"';
-}
-
 HANDLE NewFile(const std::filesystem::path& path) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    return ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, 0,
-                         nullptr);
+    return ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE,
+                         FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, CREATE_ALWAYS, 0, nullptr);
 }
 
-std::string Content(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+std::string Content(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-void CopyTree(HKEY from, const wchar_t* path, HKEY to, const wchar_t* copy) {
+void MoveTree(HKEY from, const wchar_t* path, HKEY to, const wchar_t* newPath) {
     HKEY source = nullptr;
     HKEY target = nullptr;
     if (::RegOpenKeyW(from, path, &source) != ERROR_SUCCESS) return;
-    ::RegCreateKeyW(to, copy, &target);
+    ::RegCreateKeyW(to, newPath, &target);
     ::RegCopyTreeW(source, nullptr, target);
     ::RegCloseKey(source);
     ::RegCloseKey(target);
+    ::RegDeleteTreeW(from, path);
 }
 
 void AddTo(Snapshot& snapshot, HKEY key, const std::wstring& path) {
     wchar_t name[300];
-    BYTE data[70000];
+    BYTE data[2000];
     for (DWORD i = 0;; ++i) {
         DWORD length = 300, type = 0, size = sizeof data;
         if (::RegEnumValueW(key, i, name, &length, nullptr, &type, data, &size)) break;
@@ -52,7 +40,7 @@ void AddTo(Snapshot& snapshot, HKEY key, const std::wstring& path) {
     for (DWORD i = 0; ::RegEnumKeyW(key, i, name, 300) == ERROR_SUCCESS; ++i) {
         HKEY child = nullptr;
         ::RegOpenKeyW(key, name, &child);
-        snapshot.emplace(path + name + L'\\', std::pair(DWORD{}, Bytes("")));
+        snapshot.emplace(path + name + L'\\', kSection);
         AddTo(snapshot, child, path + name + L'\\');
         ::RegCloseKey(child);
     }
@@ -60,21 +48,18 @@ void AddTo(Snapshot& snapshot, HKEY key, const std::wstring& path) {
 
 }  // namespace
 
-Running::Running(const std::wstring& program, const std::vector<std::wstring>& words) {
-    std::wstring command = Quoted(program);
-    for (const std::wstring& word : words) command += L' ' + Quoted(word);
+Running::Running(std::wstring command, const std::filesystem::path& folder, const wchar_t* output) {
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = NewFile(folder_ / "output");
+    start.hStdOutput = NewFile(output ? output : folder_ / "output");
     start.hStdError = NewFile(folder_ / "errors");
     PROCESS_INFORMATION process{};
     EXPECT_TRUE(::CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                 folder_.Path().c_str(), &start, &process))
+                                 folder.c_str(), &start, &process))
         << testing::PrintToString(command);
-    ::CloseHandle(start.hStdOutput);
-    ::CloseHandle(start.hStdError);
-    ::CloseHandle(process.hThread);
+    for (HANDLE handle : {start.hStdOutput, start.hStdError, process.hThread})
+        ::CloseHandle(handle);
     process_ = process.hProcess;
 }
 
@@ -93,12 +78,10 @@ void Running::WaitFor(const std::string& text) const {
 }
 
 Ending Running::Wait() const {
-    Ending ending;
+    DWORD code = 0;
     ::WaitForSingleObject(process_, INFINITE);
-    ::GetExitCodeProcess(process_, &ending.code);
-    ending.output = Output();
-    ending.errors = Written("errors");
-    return ending;
+    ::GetExitCodeProcess(process_, &code);
+    return {code, Output(), Written("errors")};
 }
 
 std::string Running::Written(const char* name) const {
@@ -111,47 +94,31 @@ std::wstring BuiltFolder() {
     return std::filesystem::path(_pgmptr).parent_path().wstring() + L'\\';
 }
 
-Ending RunProgram(const std::wstring& program, const std::vector<std::wstring>& words) {
-    return Running(program, words).Wait();
+std::string Utf16(const std::wstring& text) {
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
 }
 
-Ending Kitbag(const std::vector<std::wstring>& words) {
-    return RunProgram(BuiltFolder() + L"kitbag.exe", words);
-}
-
-Snapshot SnapshotOf(const std::string& section) {
+Snapshot TakeSnapshot() {
     Snapshot snapshot;
-    if (RawKey::Exists(section)) AddTo(snapshot, RawKey(section).Get(), {});
+    if (RawKey::Exists()) AddTo(snapshot, RawKey().Get(), {});
     return snapshot;
+}
+
+void Store(const std::string& section, const std::wstring& name, DWORD type,
+           const std::string& bytes) {
+    RawKey(section).Set(name.c_str(), type, bytes.data(), static_cast<DWORD>(bytes.size()));
 }
 
 ToolTest::ToolTest() {
     ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    CopyTree(HKEY_LOCAL_MACHINE, kApplication, HKEY_CURRENT_USER, kPutAside);
-    ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, kApplication);
+    MoveTree(HKEY_LOCAL_MACHINE, kApplication, HKEY_CURRENT_USER, kPutAside);
 }
 
 ToolTest::~ToolTest() {
     ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, kApplication);
-    CopyTree(HKEY_CURRENT_USER, kPutAside, HKEY_LOCAL_MACHINE, kApplication);
-    ::RegDeleteTreeW(HKEY_CURRENT_USER, kPutAside);
+    MoveTree(HKEY_CURRENT_USER, kPutAside, HKEY_LOCAL_MACHINE, kApplication);
 }
 
 std::string ToolTest::ContentOf(const std::string& name) const { return Content(folder_ / name); }
-
-void ToolTest::Write(const std::string& name, const std::string& content) const {
-    create_directories((folder_ / name).parent_path());
-    std::ofstream(folder_ / name, std::ios::binary) << content;
-}
-
-void ToolTest::WriteWide(const std::string& name, const std::wstring& text) const {
-    std::string bytes = "\xff\xfe";
-    for (const wchar_t c : text) {
-        if (c == L'\n') bytes += std::string("\r\0", 2);
-        bytes += static_cast<char>(c & 0xff);
-        bytes += static_cast<char>(c >> 8);
-    }
-    Write(name, bytes);
-}
 
 }  // namespace kitbag::test

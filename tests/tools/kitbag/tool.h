@@ -17,10 +17,12 @@ struct Ending {
     std::string errors;
 };
 
-/// A program that runs until it ends or this object does. Its output goes into files.
+/// A program that runs until it ends or this object does.
 class Running {
  public:
-    Running(const std::wstring& program, const std::vector<std::wstring>& words);
+    /// In the folder; the output goes into a file of this object's own, or where it is wanted.
+    Running(std::wstring command, const std::filesystem::path& folder,
+            const wchar_t* output = nullptr);
     ~Running();
     Running(const Running&) = delete;
 
@@ -39,33 +41,43 @@ class Running {
 /// The folder of the programs that were built, with the backslash at its end.
 std::wstring BuiltFolder();
 
-Ending RunProgram(const std::wstring& program, const std::vector<std::wstring>& words);
-Ending Kitbag(const std::vector<std::wstring>& words);
-
 inline void PrintTo(const Ending& ending, std::ostream* out) {
     *out << "exit code " << ending.code << "\n--- output\n"
          << ending.output << "--- errors\n"
          << ending.errors;
 }
 
-/// Every value below a section by its path, with its type and bytes; sections end in a backslash.
+/// The bytes of a text as the registry and wide files hold it, without a terminator.
+std::string Utf16(const std::wstring& text);
+
+/// Every value below the settings' root by its path, with its type and bytes; sections end in a
+/// backslash.
 using Snapshot = std::map<std::wstring, std::pair<DWORD, Bytes>>;
-Snapshot SnapshotOf(const std::string& section = {});
+inline const Snapshot::mapped_type kSection{REG_NONE, Bytes("")};
+Snapshot TakeSnapshot();
+
+/// Any bytes as a value of any type.
+void Store(const std::string& section, const std::wstring& name, DWORD type,
+           const std::string& bytes);
 
 /// The tool is another process: it does not see the private registry. While a test runs, the
-/// application's real keys are put aside.
+/// application's real keys are put aside. Programs run in the test's own folder.
 class ToolTest : public testing::Test {
  protected:
     ToolTest();
     ~ToolTest() override;
 
-    std::wstring In(const std::string& name) const { return (folder_ / name).wstring(); }
-    std::string ContentOf(const std::string& name) const;
-    void Write(const std::string& name, const std::string& content) const;
-    /// As UTF-16 with a byte order mark and the system's line ends.
-    void WriteWide(const std::string& name, const std::wstring& text) const;
+    Ending Run(const std::wstring& command) const { return Running(command, Folder()).Wait(); }
+    static std::wstring KitbagCommand(const std::wstring& arguments) {
+        return L'"' + BuiltFolder() + L"kitbag.exe\" " + arguments;
+    }
+    Ending Kitbag(const std::wstring& arguments) const { return Run(KitbagCommand(arguments)); }
 
-    const TemporaryFolder folder_;
+    const std::filesystem::path& Folder() const { return folder_.Path(); }
+    std::wstring In(const std::string& name) const { return folder_.In(name); }
+    std::string ContentOf(const std::string& name) const;
+
+    const TextFolder<wchar_t> folder_;
 };
 
 }  // namespace kitbag::test

@@ -7,7 +7,7 @@ using namespace kitbag::test;
 struct Watch : ToolTest {};
 
 TEST_F(Watch, ShowsChangesAsTheyComeAndOutlivesTheSection) {
-    const Running watch(BuiltFolder() + L"kitbag.exe", {L"watch", L"Audio"});
+    const Running watch(KitbagCommand(L"watch Audio"), Folder());
     watch.WaitFor(
         "watching HKEY_LOCAL_MACHINE\\Software\\Tarnwick\\Vidmoor\\Configuration\\Audio, which "
         "does "
