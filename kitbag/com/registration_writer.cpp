@@ -39,11 +39,10 @@ LSTATUS Write(HKEY parent, const RegistrationEntry& entry) {
         status = UnlessMissing(DeleteTree(parent, name));
     if (entry.kind == Kind::DeletedKey || status != ERROR_SUCCESS) return status;
 
-    HKEY created = nullptr;
-    status = CreateKey(parent, name, kAccess, &created);
-    if (status != ERROR_SUCCESS) return status;
-    const RegistryKey key(created);
-    if (entry.data) status = WriteData(key.Get(), kDefaultValue, *entry.data);
+    RegistryKey key;
+    status = CreateKey(parent, name, kAccess, key);
+    if (status == ERROR_SUCCESS && entry.data)
+        status = WriteData(key.Get(), kDefaultValue, *entry.data);
     return status == ERROR_SUCCESS ? WriteAll(key.Get(), entry.entries) : status;
 }
 
@@ -64,10 +63,9 @@ LSTATUS RemoveIfEmpty(HKEY parent, const wchar_t* name, HKEY key) {
 LSTATUS RemoveAll(HKEY key, const Entries& entries);
 
 LSTATUS RemoveNamed(HKEY parent, const RegistrationEntry& entry) {
-    HKEY opened = nullptr;
-    LSTATUS status = OpenKey(parent, entry.name.c_str(), kAccess, &opened);
+    RegistryKey key;
+    LSTATUS status = OpenKey(parent, entry.name.c_str(), kAccess, key);
     if (status != ERROR_SUCCESS) return status;
-    const RegistryKey key(opened);
 
     status = RemoveAll(key.Get(), entry.entries);
     if (entry.data)

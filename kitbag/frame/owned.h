@@ -37,12 +37,6 @@ class Owned {
         if (old != Policy::None()) Policy::Close(old);
     }
 
-    /// For system functions that return the handle through a pointer; releases what is held.
-    Handle* Receive() {
-        Reset();
-        return &handle_;
-    }
-
  private:
     Handle handle_ = Policy::None();
 };

@@ -49,10 +49,12 @@ class Found : public std::optional<T> {
 
 /// The type that a value is stored as, or the system's error.
 inline LSTATUS QueryStored(const wchar_t* section, const wchar_t* name, DWORD& type) {
-    RegistryKey key;
-    const LSTATUS error = ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, PathOfSection(section).c_str(), 0,
-                                          KEY_READ, key.Receive());
-    return error ? error : ::RegQueryValueExW(key.Get(), name, nullptr, &type, nullptr, nullptr);
+    HKEY opened = nullptr;
+    const LSTATUS error =
+        ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, PathOfSection(section).c_str(), 0, KEY_READ, &opened);
+    if (error) return error;
+    const RegistryKey key(opened);
+    return ::RegQueryValueExW(key.Get(), name, nullptr, &type, nullptr, nullptr);
 }
 
 // How each type is read: false where it is not stored as that type.

@@ -54,11 +54,12 @@ class ArmedKey {
     /// None where there is no such key.
     static RegistryKey Armed(const std::wstring& path, BOOL withSubKeys, DWORD filter,
                              HANDLE event) {
-        RegistryKey key;
-        ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_NOTIFY | KEY_QUERY_VALUE,
-                        key.Receive());
-        if (key) ::RegNotifyChangeKeyValue(key.Get(), withSubKeys, filter, event, TRUE);
-        return key;
+        HKEY opened = nullptr;
+        if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_NOTIFY | KEY_QUERY_VALUE,
+                            &opened))
+            return {};
+        ::RegNotifyChangeKeyValue(opened, withSubKeys, filter, event, TRUE);
+        return RegistryKey(opened);
     }
     /// Not every system sets the event of a key that is deleted itself.
     bool IsDeleted() const {

@@ -66,7 +66,9 @@ bool Call(Answer function(Parameters...), Given&... given) {
     if constexpr (sizeof...(given) < sizeof...(Parameters)) {
         Argument<std::tuple_element_t<sizeof...(given), std::tuple<Parameters...>>> made;
         const bool answered = Call(function, given..., made);
-        EXPECT_TRUE(answered || made.IsUntouched());
+        if (!answered) {
+            EXPECT_TRUE(made.IsUntouched()) << NameOf(function);
+        }
         return answered;
     } else if constexpr (std::is_void_v<Answer>) {
         function(given...);

@@ -71,7 +71,8 @@ class RawKey {
     std::wstring TextOf(const wchar_t* name) const {
         const auto [type, bytes] = Read(name);
         const std::wstring text(reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / 2);
-        EXPECT_TRUE(type == REG_SZ && text.find(L'\0') + 1 == text.size());
+        EXPECT_EQ(DWORD{REG_SZ}, type) << testing::PrintToString(name);
+        EXPECT_EQ(text.size(), text.find(L'\0') + 1) << testing::PrintToString(name);
         return text.c_str();
     }
 
