@@ -134,19 +134,16 @@ TEST(ValueTable, SeesWhatBecameOfManyRowsSinceItAskedThem) {
         {"member assigned", [](T&, C& seventh) { seventh = IdentValue("new"); }, true, false},
         {"row loaded", [](T& table, C&) { table.Row(7).LoadRegistry("S"); }, true, false},
         {"default", [](T&, C& seventh) { seventh.LoadRegistry("None"); }, true, true},
-        {"read every time",
-         [](T&, C& seventh) { seventh.SetAutoRegistrySource("S", "Channel", false); }, true, false},
+        {"reread", [](T&, C& c) { c.SetAutoRegistrySource("S", "Channel", false); }, true, false},
         {"renamed", [](T&, C& seventh) { seventh.SetValueName("X"); }, true, true},
         {"displayed", [](T&, C& seventh) { seventh.SetDisplayName("X"); }, true, true},
-        {"more parts", [](T& t, C& seventh) { t.Row(7).DeclareValue(seventh, "M", true); }, true,
-         true},
+        {"more parts", [](T& t, C& c) { t.Row(7).DeclareValue(c, "M", true); }, true, true},
         {"removed", [](T& table, C&) { table.RemoveEntry(7); }, true, true},
         {"replaced", [](T& t, C&) { delete std::exchange(t[7], new Recording("new")); }, true,
          false},
         {"taken out", [](T& table, C&) { delete std::exchange(table[7], nullptr); }, true, true},
         {"moved", [](T& table, C&) { table.MoveEntry(7, 90); }, false, true},
-        {"all removed", [](T& table, C&) { table.RemoveAllEntries(); }, true, true},
-    };
+        {"all removed", [](T& table, C&) { table.RemoveAllEntries(); }, true, true}};
     KB_SetStringA("S", "Channel", "new");
     for (const auto& [what, change, takes7, takesNew] : rows) {
         SCOPED_TRACE(what);
@@ -177,38 +174,41 @@ TEST(ValueTable, FindsTheFirstOfManyRowsOfOneIdentifier) {
 /// A row whose identifier is not made by the library alone.
 struct Renamed : Recording {
     using Recording::operator=;
-    void GetIdent(IdentValue& ident) const override { ident.SetValue(byReference); }
-    IdentValue GetIdent() const override { return IdentValue(byValue); }
-    std::string byReference, byValue;
+    void GetIdent(IdentValue& ident) const override { ident.SetValue(alias); }
+    IdentValue GetIdent() const override { return IdentValue(alias); }
+    std::string alias = "old";
 };
 
 /// A member whose text is not made by the library alone.
 struct Noted : TStringValue {
     using TStringValue::operator=;
     TWinString<char> SaveStringDataOnly() const override { return note; }
-    TWinString<char> note;
+    TWinString<char> note = "old";
 };
 
 TEST(ValueTable, AsksManyRowsAgainWhereAProgramHasAHandInTheirIdentifiers) {
-    Recordings table = ManyUnique();
-    auto* renamed = new Renamed;
-    table.AddEntry(renamed);
+    const auto expect = [](ValueTableEntry* row, const char* before, auto change,
+                           const char* after) {
+        SCOPED_TRACE(after);
+        Recordings table = ManyUnique();
+        table.AddEntry(row);
+        EXPECT_EQ(kMany, table.FindEntryIndex(IdentValue(before)));
+        change();
+        EXPECT_EQ(-1, table.FindEntryIndex(IdentValue(before)));
+        EXPECT_EQ(kMany, table.FindEntryIndex(IdentValue(after)));
+    };
     Noted note;
     BooleanValue truth;
+    auto* renamed = new Renamed;
     auto *noted = new ValueTableEntry, *styled = new ValueTableEntry;
     noted->DeclareValue(note, "Note", true);
     styled->DeclareValue(truth, "On", true);
-    table.AddEntry(noted);
-    table.AddEntry(styled);
-    EXPECT_EQ(kMany + 2, table.FindEntryIndex(IdentValue("On=False")));
-    truth.Type(2);
-    EXPECT_EQ(-1, table.FindEntryIndex(IdentValue("On=False")));
-    EXPECT_EQ(-1, table.FindEntryIndex(IdentValue("Note=later")));
-    note.note = "later";
-    EXPECT_EQ(kMany + 1, table.FindEntryIndex(IdentValue("Note=later")));
-    EXPECT_EQ(-1, table.FindEntryIndex(IdentValue("alias")));
-    renamed->byReference = renamed->byValue = "alias";
-    EXPECT_EQ(kMany, table.FindEntryIndex(IdentValue("alias")));
+    expect(
+        renamed, "old", [&] { renamed->alias = "new"; }, "new");
+    expect(
+        noted, "Note=old", [&] { note.note = "new"; }, "Note=new");
+    expect(
+        styled, "On=False", [&] { truth.Type(2); }, "On=No");
 }
 
 TEST(ValueTable, LoadsManyRowsOnceEach) {
