@@ -86,15 +86,12 @@ LONG WINAPI GrowingQuery(HKEY key, LPCSTR name, DWORD* reserved, DWORD* type, BY
 
 TEST(ByteArrayValue, IsReadAgainWhereItGrewMeanwhile) {
     const RawKey key("S");
-    key.Set(L"N", REG_BINARY, "abc", 3);
     const ImportPatch patch("RegQueryValueExA", GrowingQuery);
     ByteArrayValue value("S", "N", false);
-    for (const int reads : {0, 1, 3}) {
-        readsThatGrow = reads;
+    for (const std::size_t reads : {1u, 3u}) {
+        readsThatGrow = static_cast<int>(reads);
         key.Set(L"N", REG_BINARY, "abc", 3);
-        const std::string expected =
-            reads ? std::string(3 + 10 * static_cast<std::size_t>(reads), 'x') : "abc";
-        EXPECT_EQ(Bytes(expected), Bytes(BytesOf(value))) << reads << " times";
+        EXPECT_EQ(std::string(3 + 10 * reads, 'x'), BytesOf(value)) << reads << " times";
     }
     readsThatGrow = 1000;
     EXPECT_LT(0u, value.GetValueSize()) << "it ends where the value grows all the time";

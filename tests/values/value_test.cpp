@@ -2,6 +2,7 @@
 #include <kitbag/kitbag.h>
 #include <tests/support/printing.h>
 #include <tests/support/private_registry.h>
+#include <tests/values/recordings.h>
 
 #include <algorithm>
 
@@ -117,28 +118,23 @@ TEST(Value, IsComparedAsANumberOrAsAText) {
 
 TEST(Value, KnowsWhatItIs) {
     const auto expect = [](const Value& value, bool isCollection, bool isTableEntry) {
-        SCOPED_TRACE(typeid(value).name());
-        EXPECT_EQ(isCollection, value.IsCollection());
-        EXPECT_EQ(isTableEntry, value.IsTableEntry());
-        EXPECT_FALSE(value.IsTable());
+        EXPECT_EQ(isCollection, value.IsCollection()) << typeid(value).name();
+        EXPECT_EQ(isTableEntry, value.IsTableEntry()) << typeid(value).name();
+        EXPECT_FALSE(value.IsTable()) << typeid(value).name();
     };
     expect(ValueCollection(), true, false);
     expect(ValueTableEntry(), true, true);
-    expect(ExternalProgramValueTableEntry(), true, true);
     expect(ExternalProgramValueTable("Tools"), false, false);
+    expect(Notes(), false, false);
     expect(Int32Value(), false, false);
 }
 
 struct Source : ValueInfoSource {
-    bool GetDisplayName(const Value& value, Text& text) override {
-        return Tell("Shown", value, text);
-    }
-    bool GetDescription(const Value& value, Text& text) override {
-        return Tell("About", value, text);
-    }
-    bool GetHelpFile(const Value& value, Text& text) override { return Tell("Help", value, text); }
-    bool Tell(const char* what, const Value& value, Text& text) const {
-        text = what + (' ' + value.GetValueName());
+    bool GetDisplayName(const Value& of, Text& text) override { return Tell("Shown", of, text); }
+    bool GetDescription(const Value& of, Text& text) override { return Tell("About", of, text); }
+    bool GetHelpFile(const Value& of, Text& text) override { return Tell("Help", of, text); }
+    bool Tell(const char* what, const Value& of, Text& text) const {
+        text = what + (' ' + of.GetValueName());
         return knows;
     }
     bool knows = true;
