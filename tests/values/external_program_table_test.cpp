@@ -61,6 +61,7 @@ TEST(ExternalProgramTable, KeepsProgramsUnderTheNameThatItWasGiven) {
     const ExternalProgramValueTable direct("Tools\\Programs");
     ASSERT_EQ(2, direct.size());
     EXPECT_EQ(kSet, direct[1]->ToString());
+    EXPECT_EQ(nullptr, direct.EntryFactory("class externalProgramValueTableEntry"));
 }
 
 TEST(ExternalProgramTable, TakesPlaceAndProgramsInAnAssignment) {
