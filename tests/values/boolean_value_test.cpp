@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 #include <kitbag/kitbag.h>
-#include <tests/support/printing.h>
-#include <tests/support/private_registry.h>
 
 namespace {
-
-using namespace kitbag::test;
 
 TEST(BooleanValue, IsShownInItsStyle) {
     const struct {
@@ -17,14 +13,12 @@ TEST(BooleanValue, IsShownInItsStyle) {
                 {3, "False", "True"},
                 {-1, "False", "True"}};
     for (const auto& [style, whenFalse, whenTrue] : rows) {
-        SCOPED_TRACE(Called("Type", style));
         BooleanValue value;
         value.Type(style);
         EXPECT_EQ(style, value.Type());
-        EXPECT_EQ(whenFalse, value.SaveStringDataOnly());
+        EXPECT_EQ(whenFalse, value.SaveStringDataOnly()) << style;
         value.SetValue(true);
-        EXPECT_EQ(whenTrue, value.SaveStringDataOnly());
-        EXPECT_EQ(whenTrue, BooleanValue(value).SaveStringDataOnly());
+        EXPECT_EQ(whenTrue, BooleanValue(value).SaveStringDataOnly()) << style;
     }
 }
 
@@ -38,11 +32,6 @@ TEST(BooleanValue, IsComparedByItsDatum) {
     EXPECT_TRUE(no == false);
     EXPECT_FALSE(yes == no);
     EXPECT_TRUE(yes == BooleanValue(yes));
-}
-
-TEST(BooleanValue, WritesNoDefault) {
-    BooleanValue("S", "N", true).SetDefaultValue(true, true);
-    EXPECT_FALSE(RawKey::Exists("S"));
 }
 
 }  // namespace

@@ -35,6 +35,12 @@ TEST(ByteArrayValue, IsEditedInPlace) {
     unsigned long size = 99;
     EXPECT_EQ(nullptr, value.GetDefaultValue(size));
     EXPECT_EQ(0u, size);
+    value.LoadRegistry("Empty");
+    EXPECT_EQ("abc", BytesOf(value)) << "nothing is stored";
+    EXPECT_FALSE(value.HasDefaultValue());
+    RawKey("Empty").Set(L"N", REG_BINARY, "", 0);
+    value.LoadRegistry("Empty");
+    EXPECT_EQ(0u, value.GetValueSize()) << "no bytes are stored";
 }
 
 TEST(ByteArrayValue, IsCopiedIntoABufferThatIsLargeEnough) {
@@ -56,26 +62,13 @@ TEST(ByteArrayValue, IsCopiedIntoABufferThatIsLargeEnough) {
 }
 
 TEST(ByteArrayValue, IsComparedByItsBytes) {
-    ByteArrayValue value, same, other;
+    ByteArrayValue value, other;
     SetBytes(value, "abc");
-    SetBytes(same, "abc");
     SetBytes(other, "abd");
-    EXPECT_TRUE(value == same);
-    EXPECT_FALSE(value != same);
+    EXPECT_TRUE(value == ByteArrayValue(value));
+    EXPECT_FALSE(value != ByteArrayValue(value));
     EXPECT_FALSE(value == other);
     EXPECT_TRUE(value != other);
-}
-
-TEST(ByteArrayValue, KeepsItsBytesWhereNothingIsStored) {
-    ByteArrayValue value;
-    SetBytes(value, "abc");
-    value.SetValueName("N");
-    value.LoadRegistry("S");
-    EXPECT_EQ("abc", BytesOf(value));
-    EXPECT_FALSE(value.HasDefaultValue());
-    RawKey("S").Set(L"N", REG_BINARY, "", 0);
-    value.LoadRegistry("S");
-    EXPECT_EQ(0u, value.GetValueSize()) << "no bytes are stored";
 }
 
 /// The stored value grows before each of the next reads of its bytes.
@@ -93,15 +86,12 @@ LONG WINAPI GrowingQuery(HKEY key, LPCSTR name, DWORD* reserved, DWORD* type, BY
 
 TEST(ByteArrayValue, IsReadAgainWhereItGrewMeanwhile) {
     const RawKey key("S");
-    key.Set(L"N", REG_BINARY, "abc", 3);
     const ImportPatch patch("RegQueryValueExA", GrowingQuery);
     ByteArrayValue value("S", "N", false);
-    for (const int reads : {0, 1, 3}) {
-        readsThatGrow = reads;
+    for (const std::size_t reads : {1u, 3u}) {
+        readsThatGrow = static_cast<int>(reads);
         key.Set(L"N", REG_BINARY, "abc", 3);
-        const std::string expected =
-            reads ? std::string(3 + 10 * static_cast<std::size_t>(reads), 'x') : "abc";
-        EXPECT_EQ(Bytes(expected), Bytes(BytesOf(value))) << reads << " times";
+        EXPECT_EQ(std::string(3 + 10 * reads, 'x'), BytesOf(value)) << reads << " times";
     }
     readsThatGrow = 1000;
     EXPECT_LT(0u, value.GetValueSize()) << "it ends where the value grows all the time";

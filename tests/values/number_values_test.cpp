@@ -20,19 +20,19 @@ TEST(NumberValues, AreShownAsDecimalNumbers) {
 TEST(NumberValues, WriteTheDefaultOnlyWhereTheUnsignedOneIsAskedTo) {
     const RawKey key("S");
     key.Set(L"There", 7u);
-    UInt32Value missing("S", "Missing", true), there("S", "There", true);
-    UInt32Value unasked("S", "Unasked", true), sourceless;
+    UInt32Value missing("S", "Missing", true), there("S", "There", true), sourceless;
     sourceless.SetRegistrySection("S");
     sourceless.SetValueName("Sourceless");
     for (UInt32Value* value : {&missing, &there, &sourceless}) value->SetDefaultValue(5, true);
-    unasked.SetDefaultValue(5);
     EXPECT_EQ(5u, key.NumberOf(L"Missing"));
     EXPECT_TRUE(missing.IsEmpty()) << "the datum is not touched";
     EXPECT_EQ(7u, key.NumberOf(L"There"));
-    EXPECT_FALSE(key.Has(L"Unasked"));
     EXPECT_FALSE(key.Has(L"Sourceless"));
-    EXPECT_EQ(5u, there.GetDefaultValue());
-    EXPECT_EQ(7u, there.GetValue());
+    UInt32Value("S", "Other", true).SetDefaultValue(5);
+    BooleanValue("S", "Other", true).SetDefaultValue(true, true);
+    TStringValue("S", "Other", true).SetDefaultValue("default", true);
+    GuidValue("S", "Other", true).SetDefaultValue(GUID(), true);
+    EXPECT_FALSE(key.Has(L"Other")) << "not asked to, or of another class";
 }
 
 }  // namespace

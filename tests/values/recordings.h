@@ -7,6 +7,17 @@
 #include <initializer_list>
 #include <string>
 
+/// "1 2 null": the numbers of all entries, or the minutes of all rows.
+std::string Shown(const auto& container) {
+    std::string all;
+    for (int i = 0; i < container.size(); ++i) {
+        const auto* row = dynamic_cast<const ValueCollection*>(container[i]);
+        const Value* number = row ? row->GetValue("Minutes") : container[i];
+        all += (i ? " " : "") + (number ? number->SaveStringDataOnly() : "null");
+    }
+    return all;
+}
+
 /// The channel identifies it; 30 minutes by default.
 struct Recording : ValueTableEntry {
     explicit Recording(const char* channel = "", long minutes = 0) {
@@ -34,10 +45,10 @@ struct Recording : ValueTableEntry {
 };
 
 struct Recordings : ValueTable {
+    using Entry = Recording;
     Recordings(std::initializer_list<long> minutes = {}) {
         ValueTable::SetValueName("Tree");
-        for (const long each : minutes)
-            ValueTable::AddEntry(new Recording(std::to_string(each).c_str(), each));
+        for (const long each : minutes) ValueTable::AddEntry(Made(each));
     }
     Recordings(const Recordings&) = default;
     Recordings& operator=(const Recordings&) = default;
@@ -49,42 +60,31 @@ struct Recordings : ValueTable {
     bool UsesUniqueIdents() const override { return unique; }
     unsigned long DeclareVersion() const override { return 3; }
 
-    Recording& Row(int index) const { return dynamic_cast<Recording&>(*at(index)); }
-    /// "1 2 3": the minutes of all rows.
-    std::string Minutes() const {
-        std::string all;
-        for (int i = 0; i < size(); ++i)
-            all += (i ? " " : "") + (at(i) ? Row(i).Minutes.SaveStringDataOnly() : "null");
-        return all;
+    static Entry* Made(long minutes) {
+        return new Recording(std::to_string(minutes).c_str(), minutes);
     }
+    Recording& Row(int index) const { return dynamic_cast<Recording&>(*at(index)); }
     bool unique = false;
 };
 
-/// A list of numbers, and of lists of them.
+/// A list of numbers.
 struct Notes : ValueList {
+    using Entry = Int32Value;
     Notes(std::initializer_list<long> numbers = {}) {
         ValueList::SetValueName("Tree");
-        for (const long number : numbers) Add(number);
+        for (const long number : numbers) ValueList::AddEntry(Made(number));
     }
     Notes(const Notes&) = default;
     Notes& operator=(const Notes&) = default;
     using ValueList::operator=;
     Value* Copy() const override { return new Notes(*this); }
     Value* EntryFactory(const TWinString<char>& name) const override {
-        if (name == "class Notes") return new Notes;
         return name == "class Int32Value" ? new Int32Value : nullptr;
     }
 
-    void Add(long number) {
+    static Entry* Made(long number) {
         auto* entry = new Int32Value;
         entry->SetValue(number);
-        ValueList::AddEntry(entry);
-    }
-    /// "1 2 3": the texts of all entries.
-    std::string Texts() const {
-        std::string all;
-        for (int i = 0; i < size(); ++i)
-            all += (i ? " " : "") + (at(i) ? at(i)->SaveStringDataOnly() : "null");
-        return all;
+        return entry;
     }
 };

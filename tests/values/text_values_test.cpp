@@ -12,7 +12,6 @@ TEST(TextValues, ShowTheTextInQuotesWithNothingEscaped) {
     TStringValue value;
     value.SetValueName("Path");
     value.SetValue("it's C:\\x");
-    EXPECT_EQ("Path='it's C:\\x'", value.SaveString());
     EXPECT_EQ("Path='it's C:\\x'", value.ToString());
 }
 
@@ -26,14 +25,6 @@ TEST(TextValues, AreSetByAssignmentAndReadByConversion) {
     EXPECT_FALSE(value == other);
     other = value;
     EXPECT_TRUE(value == other);
-}
-
-TEST(TextValues, WriteNoDefault) {
-    TStringValue value("S", "N", true);
-    value.SetDefaultValue("default", true);
-    EXPECT_FALSE(RawKey::Exists("S"));
-    EXPECT_EQ("default", value.GetDefaultValue());
-    EXPECT_EQ("default", value.GetValue());
 }
 
 TEST(TextValues, FindFieldsOfAnIdentifier) {

@@ -18,28 +18,22 @@ class Quality : public UInt32Enum {
 TEST(UInt32Enum, NamesItsValues) {
     Quality quality;
     EXPECT_EQ(3, quality.size());
-    EXPECT_EQ("Low", quality.Lookup(1)) << "the first of two names";
-    EXPECT_EQ("High", quality.Lookup(2));
-    EXPECT_EQ("", quality.Lookup(3));
-    const struct {
-        int index;
-        unsigned long value;
-    } rows[] = {{0, 1}, {1, 2}, {2, 1}, {3, 0}, {-1, 0}};
-    for (const auto& [index, value] : rows) {
+    const std::pair<unsigned long, const char*> names[] = {{1, "Low"}, {2, "High"}, {3, ""}};
+    for (const auto& [value, name] : names) EXPECT_EQ(name, quality.Lookup(value)) << value;
+    const std::pair<int, unsigned long> values[] = {{0, 1}, {1, 2}, {2, 1}, {3, 0}, {-1, 0}};
+    for (const auto& [index, value] : values) {
         EXPECT_EQ(value, quality.at(index)) << index;
         EXPECT_EQ(value, quality[index]) << index;
     }
 }
 
 TEST(UInt32Enum, ShowsTheNameAndSavesTheNumber) {
-    Quality quality;
-    quality.SetValueName("Quality");
+    Quality quality, assigned;
     quality.SetValue(2);
-    EXPECT_EQ("High", quality.ToString());
-    EXPECT_EQ("Quality=2", quality.SaveString());
-    EXPECT_EQ("High", Quality(quality).ToString());
-    Quality assigned;
     assigned = quality;
+    EXPECT_EQ("High", quality.ToString());
+    EXPECT_EQ("=2", quality.SaveString());
+    EXPECT_EQ("High", Quality(quality).ToString());
     EXPECT_EQ("High", assigned.ToString());
 }
 

@@ -13,17 +13,11 @@ using namespace kitbag::test;
 constexpr char kSection[] = "Screen";
 constexpr wchar_t kName[] = L"User experience level";
 
-TEST(UserInterfaceLevel, IsTheLeastDetailedWhereNothingIsStored) {
+TEST(UserInterfaceLevel, IsReadOnceAndTheLeastDetailedWhereNothingIsStored) {
     if (RanInAProcessOfItsOwn()) return;
     EXPECT_EQ(3, KB_GetUserInterfaceLevel());
-}
-
-TEST(UserInterfaceLevel, IsReadOnce) {
-    if (RanInAProcessOfItsOwn()) return;
     RawKey(kSection).Set(kName, 1);
-    EXPECT_EQ(1, KB_GetUserInterfaceLevel());
-    RawKey(kSection).Set(kName, 2);
-    EXPECT_EQ(1, KB_GetUserInterfaceLevel());
+    EXPECT_EQ(3, KB_GetUserInterfaceLevel());
 }
 
 class StoredLevel : public testing::TestWithParam<int> {};
