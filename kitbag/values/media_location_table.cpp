@@ -126,6 +126,7 @@ MediaLocationValueTable::MediaLocationValueTable(MediaType type) : mediaType_(ty
     loaded_ = true;
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the one that it hands on to asks
 MediaLocationValueTable& MediaLocationValueTable::operator=(const MediaLocationValueTable& other) {
     // Before the rows, in one of which the other may lie.
     loaded_ = other.loaded_;

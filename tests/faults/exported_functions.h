@@ -5,9 +5,9 @@
 
 #include <algorithm>
 #include <map>
-#include <regex>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace kitbag::test {
 
@@ -22,10 +22,12 @@ inline const std::map<const void*, std::string>& ExportedFunctions() {
             headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress);
         std::map<const void*, std::string> found;
         for (DWORD i = 0; i < table.NumberOfNames; ++i) {
-            const char* name = At<char>(library, At<DWORD>(library, table.AddressOfNames)[i]);
+            const std::string_view name =
+                At<char>(library, At<DWORD>(library, table.AddressOfNames)[i]);
             // The compiler exports the COM server's functions under their decorated names, too.
-            if (std::regex_match(name, std::regex("(KB_|Dll)\\w+")))
-                found[reinterpret_cast<const void*>(::GetProcAddress(library, name))] = name;
+            const bool isPlain = name.starts_with("KB_") || name.starts_with("Dll");
+            if (isPlain && name.find('@') == name.npos)
+                found[reinterpret_cast<const void*>(::GetProcAddress(library, name.data()))] = name;
         }
         return found;
     }();
